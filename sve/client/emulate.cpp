@@ -1,0 +1,32 @@
+#include "emulate.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "dr_api.h"
+#include "drmgr.h"
+
+int tls_idx;
+
+void emulate_instruction(uint32_t word, uint8_t* pc, sve_decoder decoder) {
+  void* drcontext = dr_get_current_drcontext();
+  auto* state = static_cast<cpu_state*>(drmgr_get_tls_field(drcontext, tls_idx));
+  state->pc = reinterpret_cast<uint64_t>(pc);
+  // X26 and X27 are the generated code's scratch registers and X28 belongs to
+  // the runtime, so their application values wait in the spill slots.
+  state->regs[26] = dr_read_saved_reg(drcontext, SPILL_SLOT_1);
+  state->regs[27] = dr_read_saved_reg(drcontext, SPILL_SLOT_2);
+  state->regs[28] = dr_read_saved_reg(drcontext, SPILL_SLOT_3);
+
+  if (decoder(state, word) != AARCH64_DECODE_OK) {
+    uint32_t in_memory;
+    std::memcpy(&in_memory, pc, sizeof in_memory);
+    std::fprintf(stderr, "Error: failed to emulate SVE instruction 0x%08x at PC %p\n", in_memory,
+                 static_cast<void*>(pc));
+  }
+
+  // Written back even after a failure: a decoder may have changed any of them.
+  dr_write_saved_reg(drcontext, SPILL_SLOT_1, state->regs[26]);
+  dr_write_saved_reg(drcontext, SPILL_SLOT_2, state->regs[27]);
+  dr_write_saved_reg(drcontext, SPILL_SLOT_3, state->regs[28]);
+}

@@ -1,0 +1,14 @@
+// Entry from generated code: carries out one emulated instruction.
+#pragma once
+
+#include <cstdint>
+
+#include "../decode/cpu_state.h"
+
+// The per-thread storage slot that holds each thread's cpu_state.
+extern int tls_idx;
+
+// Called with the word, its address and its decoder as constants. On entry
+// all of the thread's cpu_state is current except pc and X26..X28, which lie
+// in spill slots 1 to 3.
+void emulate_instruction(uint32_t word, uint8_t* pc, sve_decoder decoder);

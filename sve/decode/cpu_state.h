@@ -1,0 +1,134 @@
+// One application thread's emulated register file, and the small records a
+// decoder uses to tell a fast handler which registers an instruction names.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// The vector length is fixed at build time: 384 bits.
+constexpr unsigned kVectorBytes = 48;
+
+struct cpu_state {
+  uint64_t regs[32]; // X0..X30, then SP at 31
+  uint64_t pc;       // address of the instruction being emulated
+  uint64_t nzcv;     // as MRS NZCV reads it: N bit 31 .. V bit 28
+  uint32_t fpsr;
+  uint32_t fpcr;                 // shadow of the application's FPCR writes
+  alignas(16) uint8_t z[32][48]; // first 16 bytes of z[n] mirror Qn
+  uint8_t p[16][48];             // one byte per vector byte, 0 or 1
+  uint8_t ffr[48];               // same form as p
+  uint64_t raw_instr;            // the word, written by thin decoders
+};
+
+// Generated code addresses these fields with immediate offsets.
+static_assert(offsetof(cpu_state, regs) == 0);
+static_assert(offsetof(cpu_state, pc) == 256);
+static_assert(offsetof(cpu_state, nzcv) == 264);
+static_assert(offsetof(cpu_state, fpsr) == 272);
+static_assert(offsetof(cpu_state, fpcr) == 276);
+static_assert(offsetof(cpu_state, z) == 288);
+static_assert(offsetof(cpu_state, p) == 288 + 32 * 48);
+static_assert(offsetof(cpu_state, ffr) == 288 + 32 * 48 + 16 * 48);
+static_assert(offsetof(cpu_state, raw_instr) == 288 + 32 * 48 + 17 * 48);
+static_assert(alignof(cpu_state) == 16);
+
+enum element_size : uint32_t {
+  ELEM_B = 0,
+  ELEM_H = 1,
+  ELEM_S = 2,
+  ELEM_D = 3,
+  ELEM_Q = 4,
+};
+
+enum aarch64_decode_rc : int {
+  AARCH64_DECODE_OK = 0,
+  AARCH64_DECODE_UNIMPLEMENTED = 2,
+};
+
+// A vector register operand. Exactly one of `elem` (ordinary operand) and
+// `rw_elem` (destructive Zdn) carries the element size; the other holds 5.
+struct aarch64_z_reg {
+  uint32_t num;
+  uint32_t elem;
+  uint32_t rw_elem;
+  uint32_t rw_elem2;
+  static const char* const zname[32];
+  static const char* const zname_b[32];
+  static const char* const zname_h[32];
+  static const char* const zname_s[32];
+  static const char* const zname_d[32];
+};
+constexpr uint32_t kZNone = 5;
+
+// A predicate operand. `elem`: 0..3 element size, 4 merging, 5 zeroing,
+// 6 plain, 7 none.
+struct aarch64_p_reg {
+  uint32_t num;
+  uint32_t elem;
+  uint32_t rw_elem;
+  uint32_t rw_elem2;
+  static const char* const pname[16];
+  static const char* const pname_z[16];
+  static const char* const pname_m[16];
+  static const char* const pname_b[16];
+  static const char* const pname_h[16];
+  static const char* const pname_s[16];
+  static const char* const pname_d[16];
+};
+constexpr uint32_t kPMerging = 4;
+constexpr uint32_t kPZeroing = 5;
+constexpr uint32_t kPPlain = 6;
+constexpr uint32_t kPNone = 7;
+
+// A general register where 31 is the zero register.
+struct aarch64_i_reg {
+  uint32_t num;
+  uint32_t elem;
+  uint32_t rw_elem;
+  uint32_t rw_elem2;
+  static const char* const xname[32];
+  static const char* const wname[32];
+};
+constexpr uint32_t kRNone = 4;
+
+// A general register where 31 is SP.
+struct aarch64_i_rsp_reg {
+  uint32_t num;
+  uint32_t elem;
+  static const char* const xname[32];
+  static const char* const wname[32];
+};
+
+static_assert(sizeof(aarch64_z_reg) == 16 && sizeof(aarch64_p_reg) == 16);
+static_assert(sizeof(aarch64_i_reg) == 16 && sizeof(aarch64_i_rsp_reg) == 8);
+
+// A logical immediate already expanded to 64 bits.
+struct aarch64_sve_logical64_imm {
+  uint64_t value;
+};
+
+// The single i1 bit of the floating-point arithmetic immediates; what it
+// stands for depends on the instruction.
+struct aarch64_sve_fp_arith_imm {
+  uint8_t i1;
+};
+
+// An 8-bit floating-point immediate expanded to all three widths.
+struct aarch64_sve_fp_dup_imm {
+  uint16_t half;
+  uint32_t single;
+  uint64_t dbl;
+};
+
+// Register access rules shared by every handler.
+inline uint64_t read_reg(const cpu_state* s, aarch64_i_reg r) {
+  return r.num == 31 ? 0 : s->regs[r.num];
+}
+inline void write_reg(cpu_state* s, aarch64_i_reg r, uint64_t v) {
+  if (r.num != 31) s->regs[r.num] = v;
+}
+inline uint64_t read_reg(const cpu_state* s, aarch64_i_rsp_reg r) { return s->regs[r.num]; }
+inline void write_reg(cpu_state* s, aarch64_i_rsp_reg r, uint64_t v) { s->regs[r.num] = v; }
+
+// A decoder: the value type of every decode map.
+using sve_decoder = aarch64_decode_rc (*)(cpu_state*, uint32_t);

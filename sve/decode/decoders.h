@@ -1,0 +1,17 @@
+// Every decoder named in the decode table. Prefetch rows share one decoder
+// that does nothing.
+#pragma once
+
+#include <cstdint>
+
+#include "cpu_state.h"
+
+#define THIN(map, key, name, handler) aarch64_decode_rc name(cpu_state*, uint32_t);
+#define BRIDGE(map, key, name) aarch64_decode_rc name(cpu_state*, uint32_t);
+#define EMPTY(map, key, name)
+#include "decode_rows.inc"
+#undef THIN
+#undef BRIDGE
+#undef EMPTY
+
+aarch64_decode_rc sve_prefetch_nop(cpu_state*, uint32_t);

@@ -1,0 +1,86 @@
+// The decode cascade: from an instruction word to the decoder that runs it.
+#pragma once
+
+#include <cstdint>
+
+#include "cpu_state.h"
+
+// Looks the word up in the 44 decode maps in order; null when no row
+// matches. Pure: called once per instruction when a block is rewritten.
+sve_decoder get_sve_handler(uint32_t word);
+
+// The system page size, read when the library loads.
+extern uint32_t page_size;
+
+// How a map's name turns a word into a key: its bit ranges, high part first.
+struct key_range {
+  uint8_t hi, lo;
+};
+struct map_layout {
+  key_range ranges[4];
+  uint8_t count;
+  uint8_t bits; // total key width
+};
+
+// Parses a map suffix such as "31_21__15_13__4_4".
+constexpr map_layout parse_map_layout(const char* s) {
+  map_layout l{};
+  auto number = [&s]() {
+    uint8_t v = 0;
+    while (*s >= '0' && *s <= '9') v = static_cast<uint8_t>(v * 10 + (*s++ - '0'));
+    return v;
+  };
+  while (*s) {
+    key_range r{};
+    r.hi = number();
+    ++s; // '_'
+    r.lo = number();
+    l.ranges[l.count++] = r;
+    l.bits = static_cast<uint8_t>(l.bits + r.hi - r.lo + 1);
+    while (*s == '_') ++s;
+  }
+  return l;
+}
+
+constexpr int32_t form_key(uint32_t word, const map_layout& l) {
+  uint64_t key = 0;
+  for (int i = 0; i < l.count; ++i) {
+    const unsigned width = l.ranges[i].hi - l.ranges[i].lo + 1u;
+    key = (key << width) | ((word >> l.ranges[i].lo) & ((uint64_t{1} << width) - 1));
+  }
+  return static_cast<int32_t>(static_cast<uint32_t>(key));
+}
+
+// ---- Introspection, for tools and tests; the running system needs none. ----
+
+enum decoder_kind : uint8_t { DECODER_THIN, DECODER_BRIDGE, DECODER_EMPTY };
+
+struct decode_map_info {
+  const char* name; // "decode_map__31_13"
+  map_layout layout;
+};
+
+struct decode_row {
+  uint8_t map; // index into decode_maps(), in cascade order
+  int32_t key;
+  sve_decoder decoder;
+  const char* name;    // "VecU16AddVVM"
+  const char* handler; // fast handler of a thin decoder, else ""
+  decoder_kind kind;
+};
+
+constexpr int kDecodeMapCount = 44;
+const decode_map_info* decode_maps();
+const decode_row* decode_rows(int* count);
+
+// The row that get_sve_handler would pick for the word, or null.
+const decode_row* find_decode_row(uint32_t word);
+
+// The fixed-bit mask and value of a row's pattern.
+inline uint32_t row_mask(const decode_map_info& m) {
+  uint32_t mask = 0;
+  for (int i = 0; i < m.layout.count; ++i)
+    for (unsigned b = m.layout.ranges[i].lo; b <= m.layout.ranges[i].hi; ++b) mask |= 1u << b;
+  return mask;
+}
+uint32_t row_value(const decode_map_info& m, int32_t key);

@@ -1,0 +1,74 @@
+// Building blocks shared by the fast handlers: element access on the 48-byte
+// registers, the predicate test, and dispatch on the element size.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+#include "../decode/cpu_state.h"
+
+template <typename T> inline T load_elem(const uint8_t* base, unsigned i) {
+  T v;
+  std::memcpy(&v, base + i * sizeof(T), sizeof(T));
+  return v;
+}
+
+template <typename T> inline void store_elem(uint8_t* base, unsigned i, T v) {
+  std::memcpy(base + i * sizeof(T), &v, sizeof(T));
+}
+
+// Element i is active when bit 0 of the predicate byte at its first vector
+// byte is set; the element's other predicate bytes are never looked at.
+template <typename T> inline bool active(const uint8_t* pred, unsigned i) {
+  return pred[i * sizeof(T)] & 1;
+}
+
+// A register result is built in a local buffer and copied last, so that a
+// destination may also be any of the sources.
+struct vec48 {
+  alignas(16) uint8_t b[48];
+};
+
+inline void commit(uint8_t* dst, const vec48& v) { std::memcpy(dst, v.b, 48); }
+
+template <unsigned Bytes> struct uint_of;
+template <> struct uint_of<1> { using type = uint8_t; };
+template <> struct uint_of<2> { using type = uint16_t; };
+template <> struct uint_of<4> { using type = uint32_t; };
+template <> struct uint_of<8> { using type = uint64_t; };
+
+// Calls fn with a value of the unsigned element type for the size: paths for
+// h, s and d, and the byte path for anything else.
+template <typename Fn> inline void by_element_size(uint32_t size, Fn&& fn) {
+  switch (size) {
+  case ELEM_S:
+    fn(uint32_t{});
+    break;
+  case ELEM_D:
+    fn(uint64_t{});
+    break;
+  case ELEM_H:
+    fn(uint16_t{});
+    break;
+  default:
+    fn(uint8_t{});
+    break;
+  }
+}
+
+// 48 bytes are exactly three 128-bit host vectors.
+template <typename T> struct simd128 { typedef T type __attribute__((vector_size(16))); };
+
+template <typename T, typename Op>
+inline void unpredicated_simd(uint8_t* dst, const uint8_t* a, const uint8_t* b, Op op) {
+  using V = typename simd128<T>::type;
+  vec48 out;
+  for (unsigned third = 0; third < 3; ++third) {
+    V x, y;
+    std::memcpy(&x, a + 16 * third, 16);
+    std::memcpy(&y, b + 16 * third, 16);
+    const V r = op(x, y);
+    std::memcpy(out.b + 16 * third, &r, 16);
+  }
+  commit(dst, out);
+}

@@ -1,0 +1,13 @@
+// A stand-in for the runtime's per-thread services, for tests of the entry.
+#pragma once
+
+#include "decode/cpu_state.h"
+#include "dr_api.h"
+
+struct fake_thread {
+  cpu_state* state;
+  reg_t slots[SPILL_SLOT_MAX + 1];
+};
+
+// The thread that the fake runtime reports as current.
+extern fake_thread* fake_current_thread;
