@@ -13,3 +13,5 @@ inline aarch64_decode_rc report_unimplemented(const cpu_state* s, const char* ha
 
 #define SVE_STUB_HANDLER(name, ...)                                                                \
   aarch64_decode_rc name(cpu_state* s, __VA_ARGS__) { return report_unimplemented(s, #name); }
+#define SVE_STUB_HANDLER_NO_OPERANDS(name)                                                         \
+  aarch64_decode_rc name(cpu_state* s) { return report_unimplemented(s, #name); }
