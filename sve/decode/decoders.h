@@ -1,12 +1,16 @@
-// Every decoder named in the decode table. Prefetch rows share one decoder
-// that does nothing.
+// Every decoder named in the decode table. A thin decoder also has its
+// description, `<name>_operands`. Prefetch rows share one decoder that does
+// nothing.
 #pragma once
 
 #include <cstdint>
 
 #include "cpu_state.h"
+#include "thin_operands.h"
 
-#define THIN(map, key, name, handler) aarch64_decode_rc name(cpu_state*, uint32_t);
+#define THIN(map, key, name, handler)                                                              \
+  aarch64_decode_rc name(cpu_state*, uint32_t);                                                    \
+  extern const thin_operands name##_operands;
 #define BRIDGE(map, key, name) aarch64_decode_rc name(cpu_state*, uint32_t);
 #define EMPTY(map, key, name)
 #include "decode_rows.inc"

@@ -23,8 +23,3 @@ constexpr aarch64_z_reg z_destructive(uint32_t word, unsigned hi, unsigned lo, u
 constexpr aarch64_p_reg p_operand(uint32_t word, unsigned hi, unsigned lo, uint32_t elem) {
   return {field(word, hi, lo), elem, kPNone, kPNone};
 }
-
-// Bits 12..5 unsigned, moved left by 8 when bit 13 is set.
-constexpr unsigned uimm8_shifted(uint32_t word) {
-  return field(word, 12, 5) << (field(word, 13, 13) ? 8 : 0);
-}

@@ -25,9 +25,10 @@ const decode_map_info kMaps[kDecodeMapCount] = {
 };
 
 const decode_row kRows[] = {
-#define THIN(map, key, name, handler) {MAP_##map, key, name, #name, #handler, DECODER_THIN},
-#define BRIDGE(map, key, name) {MAP_##map, key, name, #name, "", DECODER_BRIDGE},
-#define EMPTY(map, key, name) {MAP_##map, key, sve_prefetch_nop, #name, "", DECODER_EMPTY},
+#define THIN(map, key, name, handler)                                                              \
+  {MAP_##map, key, name, #name, #handler, DECODER_THIN, &name##_operands},
+#define BRIDGE(map, key, name) {MAP_##map, key, name, #name, "", DECODER_BRIDGE, nullptr},
+#define EMPTY(map, key, name) {MAP_##map, key, sve_prefetch_nop, #name, "", DECODER_EMPTY, nullptr},
 #include "decode_rows.inc"
 #undef THIN
 #undef BRIDGE

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "cpu_state.h"
+#include "thin_operands.h"
 
 // Looks the word up in the 44 decode maps in order; null when no row
 // matches. Pure: called once per instruction when a block is rewritten.
@@ -67,6 +68,7 @@ struct decode_row {
   const char* name;    // "VecU16AddVVM"
   const char* handler; // fast handler of a thin decoder, else ""
   decoder_kind kind;
+  const thin_operands* operands; // thin decoders only, else null
 };
 
 constexpr int kDecodeMapCount = 44;

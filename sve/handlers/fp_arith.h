@@ -45,8 +45,8 @@ aarch64_decode_rc sve_fcvtzu_d2s_zpz(cpu_state*, aarch64_z_reg zd, aarch64_p_reg
 aarch64_decode_rc sve_fdiv_zpz(cpu_state*, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm);
 aarch64_decode_rc sve_fdivr_zpz(cpu_state*, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm);
 aarch64_decode_rc sve_fdup_zi(cpu_state*, aarch64_z_reg zd, aarch64_sve_fp_dup_imm imm);
-aarch64_decode_rc sve_fmad_zpzz(cpu_state*, aarch64_z_reg zda, aarch64_p_reg pg, aarch64_z_reg zn,
-                                aarch64_z_reg zm);
+aarch64_decode_rc sve_fmad_zpzz(cpu_state*, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm,
+                                aarch64_z_reg za);
 aarch64_decode_rc sve_fmax_zpz(cpu_state*, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm);
 aarch64_decode_rc sve_fmaxnm_zpz(cpu_state*, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm);
 aarch64_decode_rc sve_fmaxnmv_vpz(cpu_state*, unsigned int vd, aarch64_p_reg pg, aarch64_z_reg zn);
@@ -56,21 +56,21 @@ aarch64_decode_rc sve_fmla_zpzz(cpu_state*, aarch64_z_reg zda, aarch64_p_reg pg,
                                 aarch64_z_reg zm);
 aarch64_decode_rc sve_fmls_zpzz(cpu_state*, aarch64_z_reg zda, aarch64_p_reg pg, aarch64_z_reg zn,
                                 aarch64_z_reg zm);
-aarch64_decode_rc sve_fmsb_zpzz(cpu_state*, aarch64_z_reg zda, aarch64_p_reg pg, aarch64_z_reg zn,
-                                aarch64_z_reg zm);
+aarch64_decode_rc sve_fmsb_zpzz(cpu_state*, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm,
+                                aarch64_z_reg za);
 aarch64_decode_rc sve_fmul_zpi(cpu_state*, aarch64_z_reg zdn, aarch64_p_reg pg,
                                aarch64_sve_fp_arith_imm imm);
 aarch64_decode_rc sve_fmul_zpz(cpu_state*, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm);
 aarch64_decode_rc sve_fmul_zzz(cpu_state*, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm);
 aarch64_decode_rc sve_fneg_zpz(cpu_state*, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn);
-aarch64_decode_rc sve_fnmad_zpzz(cpu_state*, aarch64_z_reg zda, aarch64_p_reg pg, aarch64_z_reg zn,
-                                 aarch64_z_reg zm);
+aarch64_decode_rc sve_fnmad_zpzz(cpu_state*, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm,
+                                 aarch64_z_reg za);
 aarch64_decode_rc sve_fnmla_zpzz(cpu_state*, aarch64_z_reg zda, aarch64_p_reg pg, aarch64_z_reg zn,
                                  aarch64_z_reg zm);
 aarch64_decode_rc sve_fnmls_zpzz(cpu_state*, aarch64_z_reg zda, aarch64_p_reg pg, aarch64_z_reg zn,
                                  aarch64_z_reg zm);
-aarch64_decode_rc sve_fnmsb_zpzz(cpu_state*, aarch64_z_reg zda, aarch64_p_reg pg, aarch64_z_reg zn,
-                                 aarch64_z_reg zm);
+aarch64_decode_rc sve_fnmsb_zpzz(cpu_state*, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm,
+                                 aarch64_z_reg za);
 aarch64_decode_rc sve_frecpe_zz(cpu_state*, aarch64_z_reg zd, aarch64_z_reg zn);
 aarch64_decode_rc sve_frecps_zzz(cpu_state*, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm);
 aarch64_decode_rc sve_frinta_zpz(cpu_state*, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn);

@@ -1,0 +1,54 @@
+// How a thin decoder is made: a shape (the operand kinds, in the handler's
+// argument order), the decoder's element size and its fast handler.
+//
+//   THIN_DECODER(VecU16AddVVM, zdn_pgm_zm, ELEM_H, sve_add_zpz)
+//
+// defines the decoder VecU16AddVVM and VecU16AddVVM_operands, its
+// description for tools.
+#pragma once
+
+#include <cstdint>
+
+#include "decoders.h"
+#include "fpsr_exchange.h"
+#include "operands.h"
+#include "thin_operands.h"
+
+template <typename... Kinds> struct shape {
+  template <uint32_t E, auto Handler> static aarch64_decode_rc run(cpu_state* s, uint32_t w) {
+    s->raw_instr = w;
+    if constexpr (exchanges_fpsr<Handler>) {
+      // The handler computes with the host's floating point: the application's
+      // status goes in, and the exceptions it raises come back.
+      write_host_fpsr(s->fpsr);
+      const aarch64_decode_rc rc = Handler(s, Kinds::template get<E>(w)...);
+      s->fpsr = read_host_fpsr();
+      return rc;
+    } else {
+      return Handler(s, Kinds::template get<E>(w)...);
+    }
+  }
+
+  template <uint32_t E> static void describe(line_writer& out, uint32_t w) {
+    const char* separator = "";
+    ((out.printf("%s", separator), Kinds::template describe<E>(out, w), separator = ", "), ...);
+    (void)separator, (void)w;
+  }
+
+  static void notation(line_writer& out) {
+    if (sizeof...(Kinds) == 0) out.printf("(none)");
+    const char* separator = "";
+    ((out.printf("%s", separator), Kinds::notation(out), separator = ", "), ...);
+    (void)separator;
+  }
+
+  template <uint32_t E, auto Handler> static constexpr thin_operands operands() {
+    return {&describe<E>, &notation, E, exchanges_fpsr<Handler>};
+  }
+};
+
+#define THIN_DECODER(name, shape_type, elem, handler)                                              \
+  aarch64_decode_rc name(cpu_state* s, uint32_t w) {                                               \
+    return shape_type::run<elem, handler>(s, w);                                                   \
+  }                                                                                                \
+  const thin_operands name##_operands = shape_type::operands<elem, handler>();
