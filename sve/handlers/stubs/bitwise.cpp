@@ -1,0 +1,31 @@
+// Bitwise logic: handlers not written yet. Each reports "Unimplemented instruction";
+// delete its line when the real handler lands.
+#include "../handlers.h"
+#include "../stub.h"
+
+SVE_STUB_HANDLER(sve_and_zi, aarch64_z_reg, aarch64_sve_logical64_imm)
+SVE_STUB_HANDLER(sve_and_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_and_zzz, aarch64_z_reg, aarch64_z_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_asr_zpi, aarch64_z_reg, aarch64_p_reg, unsigned int)
+SVE_STUB_HANDLER(sve_asr_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_asr_zzi, aarch64_z_reg, aarch64_z_reg, unsigned int)
+SVE_STUB_HANDLER(sve_bic_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_bic_zzz, aarch64_z_reg, aarch64_z_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_dupm_zi, aarch64_z_reg, aarch64_sve_logical64_imm)
+SVE_STUB_HANDLER(sve_eor_zi, aarch64_z_reg, aarch64_sve_logical64_imm)
+SVE_STUB_HANDLER(sve_eor_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_eor_zzz, aarch64_z_reg, aarch64_z_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_lsl_zpi, aarch64_z_reg, aarch64_p_reg, unsigned int)
+SVE_STUB_HANDLER(sve_lsl_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_lsl_zzi, aarch64_z_reg, aarch64_z_reg, unsigned int)
+SVE_STUB_HANDLER(sve_lsr_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_orr_zi, aarch64_z_reg, aarch64_sve_logical64_imm)
+SVE_STUB_HANDLER(sve_orr_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_orr_zzz, aarch64_z_reg, aarch64_z_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_rbit_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_revw_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_sxtb_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_sxth_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_sxtw_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_uxth_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_uxtw_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)

@@ -1,0 +1,30 @@
+// Integer arithmetic: handlers not written yet. Each reports "Unimplemented instruction";
+// delete its line when the real handler lands.
+#include "../handlers.h"
+#include "../stub.h"
+
+SVE_STUB_HANDLER(sve_addpl_rri, aarch64_i_rsp_reg, aarch64_i_rsp_reg, int)
+SVE_STUB_HANDLER(sve_addvl_rri, aarch64_i_rsp_reg, aarch64_i_rsp_reg, int)
+SVE_STUB_HANDLER(sve_adr_scaled_zzz, aarch64_z_reg, aarch64_z_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_index_zii, aarch64_z_reg, int, int)
+SVE_STUB_HANDLER(sve_index_zir, aarch64_z_reg, int, aarch64_i_reg)
+SVE_STUB_HANDLER(sve_index_zri, aarch64_z_reg, aarch64_i_reg, int)
+SVE_STUB_HANDLER(sve_index_zrr, aarch64_z_reg, aarch64_i_reg, aarch64_i_reg)
+SVE_STUB_HANDLER(sve_mad_zpzz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_mla_zpzz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_mls_zpzz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_movprfx_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_movprfx_zz, aarch64_z_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_msb_zpzz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_mul_zi, aarch64_z_reg, int)
+SVE_STUB_HANDLER(sve_mul_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_neg_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_rdvl_ri, aarch64_i_reg, int)
+SVE_STUB_HANDLER(sve_sdiv_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_sdivr_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_smax_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_smin_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_udiv_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_udivr_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_umax_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
+SVE_STUB_HANDLER(sve_umin_zpz, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg)
