@@ -1,13 +1,25 @@
-/* Basic types of the runtime interface. */
+/* Basic types and definitions of the runtime interface (version 700 names). */
 #ifndef _DR_DEFINES_H_
 #define _DR_DEFINES_H_ 1
 
+#include <stdarg.h>
 #include <stdbool.h>
 #include <stddef.h>
 #include <stdint.h>
+#include <sys/types.h>
+
+#define DR_EXPORT __attribute__((visibility("default")))
+#define LINK_ONCE __attribute__((weak))
+#define DR_API
+#define AARCH64 1
+#define X64 1
+#define LINUX 1
+#define UNIX 1
 
 typedef uint8_t byte;
+typedef signed char sbyte;
 typedef unsigned int uint;
+typedef unsigned short ushort;
 typedef uintptr_t ptr_uint_t;
 typedef intptr_t ptr_int_t;
 typedef ptr_uint_t reg_t;
@@ -17,10 +29,35 @@ typedef uint32_t uint32;
 typedef int32_t int32;
 typedef uint16_t uint16;
 typedef unsigned char uchar;
-typedef ptr_uint_t app_pc_value_t;
 typedef byte* app_pc;
 typedef uint client_id_t;
-typedef void* file_t;
+typedef pid_t thread_id_t;
+typedef pid_t process_id_t;
+
+/* A file handle is a file descriptor. */
+typedef int file_t;
+#define INVALID_FILE -1
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+/* Handles that stay usable after the application closes its own. */
+extern file_t our_stdout;
+extern file_t our_stderr;
+extern file_t our_stdin;
+#ifdef __cplusplus
+}
+#endif
+#define STDOUT our_stdout
+#define STDERR our_stderr
+#define STDIN our_stdin
+
+/* Stands for "no particular thread" where a context is asked for. */
+#define GLOBAL_DCONTEXT ((void*)-1)
+
+/* Log categories; every category together. */
+#define DR_LOG_NONE 0x00000000
+#define DR_LOG_ALL 0x00ffffff
 
 /* Spill slots of the current thread, addressed from the stolen register. */
 typedef enum {
@@ -43,5 +80,17 @@ typedef enum {
   SPILL_SLOT_17 = 16,
   SPILL_SLOT_MAX = SPILL_SLOT_17
 } dr_spill_slot_t;
+
+/* What a block event asks of the runtime; nothing beyond the default here. */
+typedef enum {
+  DR_EMIT_DEFAULT = 0,
+  DR_EMIT_STORE_TRANSLATIONS = 0x01,
+  DR_EMIT_PERSISTABLE = 0x02,
+  DR_EMIT_MUST_END_TRACE = 0x04,
+  DR_EMIT_GO_NATIVE = 0x08,
+} dr_emit_flags_t;
+
+typedef struct _instr_t instr_t;
+typedef struct _instrlist_t instrlist_t;
 
 #endif

@@ -1,0 +1,13 @@
+// Turning the block at an address into a fragment of the thread's cache.
+#pragma once
+
+#include "thread.h"
+
+// Whether the word lies in the SVE part of the A64 encoding space.
+bool is_sve_word(uint32_t word);
+// How many SVE words the block starting at pc holds.
+int block_words(app_pc pc);
+// Builds, encodes and records the fragment for the block at tag. Its code is
+// null when the client kept the block's first word, whose signal is then the
+// application's own.
+fragment* build_fragment(rt_thread* t, app_pc tag);

@@ -1,0 +1,18 @@
+// The per-thread map from block start address to fragment, and the code
+// cache the fragments live in.
+#pragma once
+
+#include "thread.h"
+
+fragment* find_fragment(rt_thread* t, app_pc tag);
+// Returns null when no memory is left for the table.
+fragment* add_fragment(rt_thread* t, app_pc tag, byte* code);
+void release_fragments(rt_thread* t);
+
+// Room for size bytes of code whose last word branches to target. *reaches
+// says whether that branch can be direct; when no memory near target is
+// free the room lies anywhere. Null when memory ran out.
+byte* reserve_code(rt_thread* t, size_t size, app_pc target, bool* reaches);
+// Whether pc lies in the thread's code cache.
+bool in_code_cache(rt_thread* t, app_pc pc);
+void release_code_cache(rt_thread* t);

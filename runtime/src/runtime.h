@@ -1,0 +1,38 @@
+// Process-wide state of the runtime.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "dr_api.h"
+#include "drmgr.h"
+
+// The runtime's own counters, printed by `zorvo --stats`.
+struct runtime_counters {
+  std::atomic<uint64_t> blocks_built;
+  std::atomic<uint64_t> fragments;
+  std::atomic<uint64_t> signals;
+  std::atomic<uint64_t> fragment_entries;
+};
+extern runtime_counters counters;
+
+struct runtime_settings {
+  int log_level;    // dr_log prints at this level and below
+  bool print_stats; // one line of counters at exit
+};
+extern runtime_settings settings;
+
+// Set once the client is loaded and the first thread attached.
+extern std::atomic<bool> runtime_ready;
+// Set once the exit events have run: from then on every SIGILL is the
+// application's own.
+extern std::atomic<bool> runtime_shut_down;
+
+// The events that clients registered, run by the runtime.
+void run_thread_init_events(void* drcontext);
+void run_thread_exit_events(void* drcontext);
+void run_app2app_events(void* drcontext, void* tag, instrlist_t* bb);
+void run_exit_events();
+
+// The basename of the executable, read at load.
+void read_application_name();

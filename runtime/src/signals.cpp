@@ -1,0 +1,127 @@
+#include "signals.h"
+
+#include <dlfcn.h>
+#include <sys/syscall.h>
+#include <ucontext.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "block.h"
+#include "emit.h"
+#include "fragments.h"
+#include "runtime.h"
+
+libc_functions libc;
+
+namespace {
+
+// What the application asked for SIGILL: the default until it says more.
+struct sigaction app_action;
+
+uint32_t word_at(const void* pc) {
+  uint32_t word;
+  std::memcpy(&word, pc, 4);
+  return word;
+}
+
+// Sets pc and X28 so that returning from the handler runs the fragment.
+void enter(rt_thread* t, ucontext_t* uc, byte* code) {
+  t->block.app_x28 = uc->uc_mcontext.regs[28];
+  uc->uc_mcontext.regs[28] = reinterpret_cast<uint64_t>(&t->block);
+  uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(code);
+  ++counters.fragment_entries;
+}
+
+// Whether the signal is one the runtime carries out itself: an SVE word that
+// the client emulates, or the end of a fragment that could not branch home.
+bool take_over(const siginfo_t* info, ucontext_t* uc) {
+  // A signal sent by kill() or raise() belongs to the application.
+  if (info->si_code <= 0 || runtime_shut_down) return false;
+  auto* pc = reinterpret_cast<byte*>(uc->uc_mcontext.pc);
+  rt_thread* t = current_thread();
+  if (t != nullptr && in_code_cache(t, pc)) {
+    const app_pc target = exit_trap_target(pc);
+    if (target == nullptr) return false;
+    uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(target);
+    return true;
+  }
+  if (!is_sve_word(word_at(pc))) return false;
+  if (t == nullptr && (t = attach_thread()) == nullptr) return false;
+  fragment* f = find_fragment(t, pc);
+  if (f == nullptr) f = build_fragment(t, pc);
+  if (f->code == nullptr) return false;
+  enter(t, uc, f->code);
+  return true;
+}
+
+void die_by_sigill(const siginfo_t* info) {
+  struct sigaction dfl;
+  std::memset(&dfl, 0, sizeof dfl);
+  dfl.sa_handler = SIG_DFL;
+  libc.sigaction(SIGILL, &dfl, nullptr);
+  // An instruction raises the signal again when the handler returns; a sent
+  // signal is sent again, and waits until the handler's mask is gone.
+  if (info->si_code <= 0) syscall(SYS_tgkill, getpid(), syscall(SYS_gettid), SIGILL);
+}
+
+// The application's own SIGILL: what the kernel would have done without the
+// runtime in the process.
+void deliver_to_application(int sig, siginfo_t* info, ucontext_t* uc) {
+  const struct sigaction action = app_action;
+  if (action.sa_handler == SIG_IGN && info->si_code <= 0) return;
+  if (action.sa_handler == SIG_DFL || action.sa_handler == SIG_IGN) {
+    die_by_sigill(info);
+    return;
+  }
+  if (action.sa_flags & SA_RESETHAND) app_action.sa_handler = SIG_DFL;
+  sigset_t mask = uc->uc_sigmask, old;
+  for (int s = 1; s < NSIG; ++s)
+    if (sigismember(&action.sa_mask, s) == 1) sigaddset(&mask, s);
+  // SIGILL stays open: the handler may itself run SVE code.
+  sigdelset(&mask, SIGILL);
+  libc.pthread_sigmask(SIG_SETMASK, &mask, &old);
+  if (action.sa_flags & SA_SIGINFO)
+    action.sa_sigaction(sig, info, uc);
+  else
+    action.sa_handler(sig);
+  libc.pthread_sigmask(SIG_SETMASK, &old, nullptr);
+}
+
+void on_sigill(int sig, siginfo_t* info, void* context) {
+  const int saved_errno = errno;
+  ++counters.signals;
+  auto* uc = static_cast<ucontext_t*>(context);
+  if (!take_over(info, uc)) deliver_to_application(sig, info, uc);
+  errno = saved_errno;
+}
+
+template <typename F> F next_definition(const char* name) {
+  return reinterpret_cast<F>(dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+void resolve_libc_functions() {
+  if (libc.sigaction != nullptr) return;
+  libc.pthread_sigmask = next_definition<decltype(libc.pthread_sigmask)>("pthread_sigmask");
+  libc.sigprocmask = next_definition<decltype(libc.sigprocmask)>("sigprocmask");
+  libc.sigaction = next_definition<decltype(libc.sigaction)>("sigaction");
+}
+
+void take_sigill() {
+  app_action.sa_handler = SIG_DFL;
+  struct sigaction action;
+  std::memset(&action, 0, sizeof action);
+  action.sa_sigaction = on_sigill;
+  action.sa_flags = SA_SIGINFO | SA_RESTART;
+  // Nothing asynchronous may run while a block is being built.
+  sigfillset(&action.sa_mask);
+  libc.sigaction(SIGILL, &action, nullptr);
+}
+
+void application_sigill_action(const struct sigaction* act, struct sigaction* old) {
+  if (old) *old = app_action;
+  if (act) app_action = *act;
+}

@@ -1,0 +1,67 @@
+// One application thread as the runtime sees it. Its address is the thread's
+// drcontext, and inside a fragment the stolen register X28 holds it too.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+
+#include "arena.h"
+#include "dr_api.h"
+
+// The words that generated code reaches through X28, at fixed offsets.
+struct thread_block {
+  reg_t spill[SPILL_SLOT_MAX + 1];
+  reg_t app_x28;      // the application's X28 while its fragment runs
+  reg_t probe_save;   // the application's X0 around the FPCR probe
+  reg_t call_scratch; // X30 while a call changes stacks
+  reg_t call_app_sp;  // the stack pointer a call returns to
+  reg_t stack_top;    // top of the thread's runtime stack
+};
+
+constexpr int kSpillOffset = offsetof(thread_block, spill);
+constexpr int kAppX28Offset = offsetof(thread_block, app_x28);
+constexpr int kProbeSaveOffset = offsetof(thread_block, probe_save);
+constexpr int kCallScratchOffset = offsetof(thread_block, call_scratch);
+constexpr int kCallAppSpOffset = offsetof(thread_block, call_app_sp);
+constexpr int kStackTopOffset = offsetof(thread_block, stack_top);
+
+// A block's translation: code in the thread's cache, or null when the block's
+// first instruction is one the client left alone, so that the signal at that
+// address is the application's own.
+struct fragment {
+  app_pc tag;
+  byte* code;
+};
+
+struct fragment_table {
+  fragment* slots;
+  uint32_t capacity; // a power of two
+  uint32_t count;
+};
+
+struct code_chunk;
+
+constexpr int kMaxTlsFields = 64;
+
+struct rt_thread {
+  thread_block block; // first: X28 and the drcontext are the same address
+  void* tls_fields[kMaxTlsFields];
+  arena build_arena; // the instructions of the block being built
+  fragment_table fragments;
+  code_chunk* chunks;
+  byte* stack;
+  size_t stack_size;
+  pid_t tid;
+};
+static_assert(offsetof(rt_thread, block) == 0);
+
+// The calling thread, or null if the runtime has not met it yet.
+rt_thread* current_thread();
+// Makes the calling thread known to the runtime and runs the thread-init
+// events; returns the thread, or null when memory ran out.
+rt_thread* attach_thread();
+// Runs the thread-exit events and frees everything the thread had.
+void detach_thread(rt_thread* t);
+// Registers the thread-exit hook that ends threads made by pthread_create.
+void thread_exit_hook_init();
