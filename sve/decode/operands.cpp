@@ -48,8 +48,10 @@ void show(line_writer& out, aarch64_i_rsp_reg r) {
     out.printf("%s", r.num == 31 ? "wsp" : aarch64_i_rsp_reg::wname[r.num]);
 }
 
+// Counts and offsets read best in decimal; larger values, such as a shifted
+// immediate, in hexadecimal as well.
 void show(line_writer& out, unsigned int value) {
-  if (value < 10)
+  if (value < 256)
     out.printf("%u", value);
   else
     out.printf("0x%x (%u)", value, value);
