@@ -5,6 +5,7 @@ set -euo pipefail
 
 packages=(
   g++-aarch64-linux-gnu
+  g++ # zorvo-trace for the build machine
   binutils-aarch64-linux-gnu
   qemu-user
   cmake

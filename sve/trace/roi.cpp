@@ -1,4 +1,13 @@
 #include "roi.h"
 
-// Markers have no effect until the trace sink is wired in.
-void roi_marker(bool) {}
+thread_local uint8_t enable_trace;
+thread_local sve_mem_ref_t trace_roi;
+
+void roi_marker(bool start) {
+  // The stop marker's record goes out after the gate has closed: markers do
+  // not pass through the gate.
+  enable_trace = start ? 1 : 0;
+  trace_roi.seq = incr_count();
+  trace_roi.tid = start ? roi_start_marker : roi_stop_marker;
+  trace_mem(trace_roi);
+}

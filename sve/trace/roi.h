@@ -1,5 +1,22 @@
-// The region of interest: marker words switch tracing on and off per thread.
+// The region of interest: two marker words switch tracing on and off, each
+// for the thread that runs it. A thread starts with tracing off, whatever the
+// thread that created it was doing.
 #pragma once
 
-// Carries out a marker: start when `start`, otherwise stop.
+#include <cstdint>
+
+#include "tracesink.h"
+
+// The gate: non-zero while this thread's memory handlers emit records.
+// Only a marker writes it; every producer reads it after its memory work.
+extern thread_local uint8_t enable_trace;
+
+// This thread's marker record. Only a marker writes it, and only seq and
+// tid: the other fields keep the zeroes of thread start.
+extern thread_local sve_mem_ref_t trace_roi;
+
+// Carries out a marker: opens the gate when `start`, closes it otherwise,
+// and sends the marker record either way. Markers never look at the gate's
+// state before them: nothing counts nesting, and a stop with the gate closed
+// still sends its record.
 void roi_marker(bool start);
