@@ -274,7 +274,7 @@ SINK_API void trace_mem(sve_mem_ref_t const& r) {
   std::lock_guard<std::mutex> hold(sh.lock);
   if (sink.phase.load(std::memory_order_relaxed) != kTracing) {
     // Before sve_init there is nowhere to write; after sve_exit the file is
-    // complete. Neither happens under the client.
+    // complete (threads may still run while the process exits).
     if (!sink.warned_unstarted.exchange(true))
       complain("a record arrived before sve_init or after sve_exit; it is not kept");
     return;
