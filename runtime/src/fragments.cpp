@@ -43,20 +43,21 @@ bool reaches(const byte* chunk, size_t size, app_pc target) {
   return chunk - target > -kBranchReach && chunk + size - target < kBranchReach;
 }
 
-// A new chunk near target, trying addresses on both sides; null when none of
-// them is free.
+// A new chunk near target: free addresses are tried outwards from it, on
+// both sides, until the branch reach runs out. Null when none is free.
 code_chunk* map_chunk_near(size_t size, app_pc target) {
-  static const int kTriesMiB[] = {-16, 16, -48, 48, -96, 96};
-  const uintptr_t page = 4096;
-  for (int mib : kTriesMiB) {
-    const uintptr_t hint =
-        (reinterpret_cast<uintptr_t>(target) + ptrdiff_t(mib) * (1 << 20)) & ~(page - 1);
-    void* p = mmap(reinterpret_cast<void*>(hint), size, PROT_READ | PROT_WRITE | PROT_EXEC,
-                   MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (p == MAP_FAILED) continue;
-    if (reaches(static_cast<byte*>(p), size, target)) return static_cast<code_chunk*>(p);
-    munmap(p, size);
-  }
+  const uintptr_t page = 4096, step = size + (1 << 20);
+  const auto t = reinterpret_cast<uintptr_t>(target);
+  for (uintptr_t distance = step; distance + size < uintptr_t(kBranchReach); distance += step)
+    for (int side = -1; side <= 1; side += 2) {
+      const uintptr_t hint = (side < 0 ? t - distance : t + distance) & ~(page - 1);
+      if (side < 0 && distance > t) continue;
+      void* p = mmap(reinterpret_cast<void*>(hint), size, PROT_READ | PROT_WRITE | PROT_EXEC,
+                     MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+      if (p == MAP_FAILED) continue;
+      if (reaches(static_cast<byte*>(p), size, target)) return static_cast<code_chunk*>(p);
+      munmap(p, size);
+    }
   return nullptr;
 }
 

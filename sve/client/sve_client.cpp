@@ -1,0 +1,189 @@
+// The instrumentation client: start-up and shutdown under the runtime, one
+// register record per thread, and the rewriting of every block so that each
+// SVE instruction the decode tables know runs through emulate_instruction.
+#include <cstddef>
+#include <cstring>
+#include <string>
+
+#include "dr_api.h"
+#include "drmgr.h"
+#include "droption.h"
+#include "drreg.h"
+
+#include "../decode/sve_utils.h"
+#include "../trace/tracesink.h"
+#include "emulate.h"
+
+namespace {
+
+drmgr_priority_t block_priority = {sizeof(drmgr_priority_t), "emulate_instruction", nullptr,
+                                   nullptr, 0};
+
+opnd_t reg(reg_id_t r) { return opnd_create_reg(r); }
+opnd_t x(int n) { return opnd_create_reg(reg_id_t(DR_REG_X0 + n)); }
+opnd_t q(int n) { return opnd_create_reg(reg_id_t(DR_REG_Q0 + n)); }
+opnd_t field(reg_id_t base, size_t offset, opnd_size_t size) {
+  return opnd_create_base_disp(base, DR_REG_NULL, 0, static_cast<int>(offset), size);
+}
+opnd_t state_field(size_t offset, opnd_size_t size) { return field(DR_REG_X27, offset, size); }
+
+// The rewriter's own instructions carry the application address of the
+// instruction they stand for, so a fault inside them maps back to it.
+void insert(instrlist_t* bb, instr_t* where, app_pc pc, instr_t* instr) {
+  instrlist_preinsert(bb, where, instr_set_translation(instr, pc));
+}
+
+void event_thread_init(void* drcontext) {
+  void* state = dr_thread_alloc(drcontext, sizeof(cpu_state));
+  drmgr_set_tls_field(drcontext, tls_idx, state);
+}
+
+void event_thread_exit(void* drcontext) {
+  void* data = drmgr_get_tls_field(drcontext, tls_idx);
+  DR_ASSERT(data != NULL);
+  dr_thread_free(drcontext, data, sizeof(cpu_state));
+}
+
+// Steps 7 to 15: the application's registers into the record at X27.
+void store_registers(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
+  insert(bb, where, pc, INSTR_CREATE_add(dc, x(26), reg(DR_REG_XSP), OPND_CREATE_INT(0)));
+  insert(bb, where, pc,
+         INSTR_CREATE_str(dc, state_field(offsetof(cpu_state, regs[31]), OPSZ_8), x(26)));
+  for (int r = 0; r < 26; r += 2)
+    insert(bb, where, pc,
+           INSTR_CREATE_stp(dc, state_field(offsetof(cpu_state, regs) + 8 * r, OPSZ_16), x(r),
+                            x(r + 1)));
+  insert(bb, where, pc,
+         INSTR_CREATE_stp(dc, state_field(offsetof(cpu_state, regs[29]), OPSZ_16), x(29), x(30)));
+  for (int v = 0; v < 32; ++v)
+    insert(bb, where, pc,
+           INSTR_CREATE_str(dc, state_field(offsetof(cpu_state, z) + 48 * v, OPSZ_16), q(v)));
+  insert(bb, where, pc, INSTR_CREATE_mrs(dc, x(26), reg(DR_REG_NZCV)));
+  insert(bb, where, pc,
+         INSTR_CREATE_str(dc, state_field(offsetof(cpu_state, nzcv), OPSZ_8), x(26)));
+  insert(bb, where, pc, INSTR_CREATE_mrs(dc, x(26), reg(DR_REG_FPSR)));
+  insert(bb, where, pc,
+         INSTR_CREATE_str(dc, state_field(offsetof(cpu_state, fpsr), OPSZ_4), reg(DR_REG_W26)));
+}
+
+// Steps 18 to 26: everything back from the record at X27.
+void load_registers(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
+  insert(bb, where, pc,
+         INSTR_CREATE_ldr(dc, reg(DR_REG_W26), state_field(offsetof(cpu_state, fpsr), OPSZ_4)));
+  insert(bb, where, pc, INSTR_CREATE_msr(dc, reg(DR_REG_FPSR), x(26)));
+  insert(bb, where, pc,
+         INSTR_CREATE_ldr(dc, x(26), state_field(offsetof(cpu_state, nzcv), OPSZ_8)));
+  insert(bb, where, pc, INSTR_CREATE_msr(dc, reg(DR_REG_NZCV), x(26)));
+  for (int v = 0; v < 32; ++v)
+    insert(bb, where, pc,
+           INSTR_CREATE_ldr(dc, q(v), state_field(offsetof(cpu_state, z) + 48 * v, OPSZ_16)));
+  for (int r = 0; r < 26; r += 2)
+    insert(bb, where, pc,
+           INSTR_CREATE_ldp(dc, x(r), x(r + 1),
+                            state_field(offsetof(cpu_state, regs) + 8 * r, OPSZ_16)));
+  insert(bb, where, pc,
+         INSTR_CREATE_ldp(dc, x(29), x(30), state_field(offsetof(cpu_state, regs[29]), OPSZ_16)));
+  insert(bb, where, pc,
+         INSTR_CREATE_ldr(dc, x(26), state_field(offsetof(cpu_state, regs[31]), OPSZ_8)));
+  insert(bb, where, pc, INSTR_CREATE_add(dc, reg(DR_REG_XSP), x(26), OPND_CREATE_INT(0)));
+}
+
+// The 31 steps that stand in for one SVE instruction.
+void replace_instruction(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder) {
+  const app_pc pc = instr_get_app_pc(instr);
+  uint32_t word;
+  std::memcpy(&word, pc, sizeof word);
+  DR_ASSERT(dr_get_stolen_reg() == DR_REG_X28);
+  const auto state = reinterpret_cast<ptr_int_t>(drmgr_get_tls_field(dc, tls_idx));
+
+  emulated_instr_t emulated;
+  emulated.size = sizeof(emulated);
+  emulated.pc = pc;
+  emulated.instr = instr_create(dc);
+  instr_set_raw_bits(emulated.instr, pc, 4);
+  instr_set_raw_bits_valid(emulated.instr, true);
+  drmgr_insert_emulation_start(dc, bb, instr, &emulated);
+
+  dr_save_reg(dc, bb, instr, DR_REG_X26, SPILL_SLOT_1);
+  dr_save_reg(dc, bb, instr, DR_REG_X27, SPILL_SLOT_2);
+  dr_insert_get_stolen_reg_value(dc, bb, instr, DR_REG_X27);
+  dr_save_reg(dc, bb, instr, DR_REG_X27, SPILL_SLOT_3);
+  instrlist_insert_mov_immed_ptrsz(dc, state, x(27), bb, instr, NULL, NULL);
+  store_registers(dc, bb, instr, pc);
+  dr_insert_call_zorvo(dc, bb, instr, pc, reinterpret_cast<void*>(emulate_instruction), 3,
+                       OPND_CREATE_INT32(word), OPND_CREATE_INTPTR(pc),
+                       OPND_CREATE_INTPTR(decoder));
+  instrlist_insert_mov_immed_ptrsz(dc, state, x(27), bb, instr, NULL, NULL);
+  load_registers(dc, bb, instr, pc);
+  dr_restore_reg(dc, bb, instr, DR_REG_X27, SPILL_SLOT_3);
+  dr_insert_set_stolen_reg_value(dc, bb, instr, DR_REG_X27);
+  dr_restore_reg(dc, bb, instr, DR_REG_X27, SPILL_SLOT_2);
+  dr_restore_reg(dc, bb, instr, DR_REG_X26, SPILL_SLOT_1);
+  drmgr_insert_emulation_end(dc, bb, instr);
+
+  instrlist_remove(bb, instr);
+  instr_destroy(dc, instr);
+}
+
+bool is_fpcr_write(instr_t* instr) {
+  if (instr_get_opcode(instr) != OP_msr || instr_num_dsts(instr) != 1) return false;
+  const opnd_t dst = instr_get_dst(instr, 0);
+  return opnd_is_reg(dst) && opnd_get_reg(dst) == DR_REG_FPCR;
+}
+
+// The msr stays; the record's copy of FPCR is written just before it.
+void shadow_fpcr_write(void* dc, instrlist_t* bb, instr_t* instr) {
+  const app_pc pc = instr_get_app_pc(instr);
+  const reg_id_t src = opnd_get_reg(instr_get_src(instr, 0));
+  const reg_id_t scratch = src == DR_REG_X21 ? DR_REG_X22 : DR_REG_X21;
+  const auto state = reinterpret_cast<ptr_int_t>(drmgr_get_tls_field(dc, tls_idx));
+  dr_save_reg(dc, bb, instr, scratch, SPILL_SLOT_3);
+  instrlist_insert_mov_immed_ptrsz(dc, state, reg(scratch), bb, instr, NULL, NULL);
+  insert(bb, instr, pc,
+         INSTR_CREATE_str(dc, field(scratch, offsetof(cpu_state, fpcr), OPSZ_4),
+                          reg(reg_64_to_32(src))));
+  dr_restore_reg(dc, bb, instr, scratch, SPILL_SLOT_3);
+}
+
+dr_emit_flags_t event_instruction_change(void* drcontext, void* /*tag*/, instrlist_t* bb,
+                                         bool /*for_trace*/, bool /*translating*/) {
+  instr_t* next;
+  for (instr_t* instr = instrlist_first_app(bb); instr != NULL; instr = next) {
+    next = instr_get_next_app(instr);
+    uint32_t word;
+    std::memcpy(&word, instr_get_raw_bits(instr), sizeof word);
+    const sve_decoder decoder = get_sve_handler(word);
+    if (decoder != nullptr)
+      replace_instruction(drcontext, bb, instr, decoder);
+    else if (is_fpcr_write(instr))
+      shadow_fpcr_write(drcontext, bb, instr);
+  }
+  return DR_EMIT_DEFAULT;
+}
+
+void event_exit() {
+  dr_log(NULL, DR_LOG_ALL, 1, "SVE client exiting\n");
+  sve_exit();
+  if (!drmgr_unregister_bb_app2app_event(event_instruction_change) || drreg_exit() != DRREG_SUCCESS)
+    DR_ASSERT(false);
+  drmgr_exit();
+}
+
+} // namespace
+
+DR_EXPORT void dr_client_main(client_id_t /*id*/, int argc, const char* argv[]) {
+  dr_set_client_name("Zorvo SVE emulation client", "zorvo-maintainers@example.org");
+  std::string parse_err;
+  if (!droption_parser_t::parse_argv(DROPTION_SCOPE_CLIENT, argc, argv, &parse_err, NULL)) {
+    dr_fprintf(STDERR, "SVE emulation client usage error: %s\n", parse_err.c_str());
+    dr_abort();
+  }
+  if (!drmgr_init()) DR_ASSERT(false);
+  drmgr_register_thread_init_event(event_thread_init);
+  drmgr_register_thread_exit_event(event_thread_exit);
+  dr_register_exit_event(event_exit);
+  if (!drmgr_register_bb_app2app_event(event_instruction_change, &block_priority)) DR_ASSERT(false);
+  tls_idx = drmgr_register_tls_field();
+  if (!sve_init(0, dr_get_application_name())) DR_ASSERT(false);
+  dr_log(NULL, DR_LOG_ALL, 1, "SVE client initializing\n");
+}

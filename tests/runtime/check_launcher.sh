@@ -1,0 +1,60 @@
+#!/usr/bin/env bash
+# The launcher's answers to what a user can get wrong, and its options.
+# usage: check_launcher.sh ZORVO STATIC_PROGRAM PASSTHROUGH_PROGRAM
+set -uo pipefail
+zorvo=$1 static_program=$2 program=$3
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+failures=0
+
+# expect STATUS STDERR-SUBSTRING COMMAND...: runs COMMAND and checks both.
+expect() {
+  local want_status=$1 want_text=$2
+  shift 2
+  "$@" </dev/null >"$work/out" 2>"$work/err"
+  local status=$?
+  if [ "$status" != "$want_status" ] || ! grep -qF -- "$want_text" "$work/err" "$work/out"; then
+    echo "FAIL: $* -> status $status (want $want_status), output:" >&2
+    cat "$work/err" "$work/out" | head -5 >&2
+    echo "  wanted: $want_text" >&2
+    failures=$((failures + 1))
+  fi
+}
+
+expect 2 "zorvo: no application given" "$zorvo"
+expect 2 "zorvo: no application given" "$zorvo" --stats --
+expect 127 "zorvo: /no/such/program: no such file" "$zorvo" -- /no/such/program
+expect 127 "zorvo: no-such-command-here: command not found" "$zorvo" -- no-such-command-here
+touch "$work/plain" && chmod 644 "$work/plain"
+expect 126 "zorvo: $work/plain: not executable" "$zorvo" -- "$work/plain"
+expect 126 "zorvo: $work: is a directory" "$zorvo" -- "$work"
+printf '#!/bin/sh\necho hi\n' >"$work/script" && chmod 755 "$work/script"
+expect 2 "zorvo: $work/script: not an AArch64 ELF program" "$zorvo" -- "$work/script"
+# An x86-64 ELF header: right magic, wrong machine.
+printf '\177ELF\002\001\001\000\000\000\000\000\000\000\000\000\002\000\076\000' >"$work/x86"
+head -c 200 /dev/zero >>"$work/x86" && chmod 755 "$work/x86"
+expect 2 "zorvo: $work/x86: not an AArch64 ELF program" "$zorvo" -- "$work/x86"
+expect 2 "statically linked programs are not supported yet" "$zorvo" -- "$static_program"
+expect 2 "zorvo: unknown option '--bogus'" "$zorvo" --bogus -- "$program"
+expect 2 "option --trace-dir needs a value" "$zorvo" --trace-dir
+expect 2 "--loglevel needs a number" "$zorvo" --loglevel x -- "$program"
+expect 0 "usage: zorvo [options] -- APP" "$zorvo" --help
+
+# Options that reach the runtime and the client.
+expect 1 "SVE emulation client usage error: Unknown option: -x" \
+  "$zorvo" --client-option -x -- "$program"
+expect 42 "argv[0] = '$program'" "$zorvo" --client-option -- --client-option -x -- "$program"
+expect 42 "zorvo: 0 blocks built, 0 fragments, 0 signals taken, 0 fragment entries" \
+  "$zorvo" --stats -- "$program"
+expect 42 "env ZORVO_TRACE_DIR=$work" "$zorvo" --trace-dir "$work" -- "$program"
+expect 42 "SVE client initializing" "$zorvo" --loglevel 1 -- "$program"
+expect 42 "SVE client exiting" "$zorvo" --loglevel 1 -- "$program"
+if [ "$(uname -m)" != aarch64 ]; then
+  expect 1 "needs /no/qemu" env ZORVO_QEMU="/no/qemu -cpu max" "$zorvo" -- "$program"
+fi
+
+if [ $failures -ne 0 ]; then
+  echo "$failures launcher checks failed" >&2
+  exit 1
+fi
+echo "all launcher checks passed"
