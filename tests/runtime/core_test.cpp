@@ -1,0 +1,343 @@
+// The runtime's own machinery, without a process to run: building fragments,
+// the call out of generated code, the code cache, the fragment table and
+// the event registries.
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+
+#include <cstring>
+#include <vector>
+
+#include "block.h"
+#include "emit.h"
+#include "fragments.h"
+#include "runtime.h"
+#include "thread.h"
+
+namespace {
+
+constexpr uint32_t kSveAdd = 0x04a20020, kSveSub = 0x04e704c5, kNop = 0xd503201f;
+
+uint32_t word_at(const byte* p) {
+  uint32_t w;
+  std::memcpy(&w, p, 4);
+  return w;
+}
+
+struct CoreTest : ::testing::Test {
+  static void SetUpTestSuite() { thread_exit_hook_init(); }
+  void SetUp() override {
+    t = current_thread() ? current_thread() : attach_thread();
+    ASSERT_NE(t, nullptr);
+  }
+  rt_thread* t = nullptr;
+};
+
+// What the fake client saw of the last block, and how many of its SVE words
+// it replaces (each by movz x1, #index).
+struct seen_block {
+  void* tag;
+  int opcode_first;
+  reg_id_t first_dst, first_src;
+  app_pc first_pc;
+  std::vector<app_pc> app_pcs;
+};
+seen_block seen;
+int words_to_replace;
+
+dr_emit_flags_t fake_client(void* dc, void* tag, instrlist_t* bb, bool, bool) {
+  seen = seen_block{};
+  seen.tag = tag;
+  instr_t* first = instrlist_first_app(bb);
+  seen.opcode_first = instr_get_opcode(first);
+  seen.first_dst = opnd_get_reg(instr_get_dst(first, 0));
+  seen.first_src = opnd_get_reg(instr_get_src(first, 0));
+  seen.first_pc = instr_get_app_pc(first);
+  int index = 0;
+  instr_t* next;
+  for (instr_t* i = instr_get_next_app(first); i; i = next) {
+    next = instr_get_next_app(i);
+    seen.app_pcs.push_back(instr_get_app_pc(i));
+    if (index < words_to_replace) {
+      instrlist_preinsert(bb, i,
+                          INSTR_CREATE_movz(dc, opnd_create_reg(DR_REG_X1), OPND_CREATE_INT(index),
+                                            OPND_CREATE_INT(0)));
+      instrlist_remove(bb, i);
+      instr_destroy(dc, i);
+    }
+    ++index;
+  }
+  return DR_EMIT_DEFAULT;
+}
+
+struct with_fake_client {
+  explicit with_fake_client(int replace) {
+    words_to_replace = replace;
+    drmgr_register_bb_app2app_event(fake_client, nullptr);
+  }
+  ~with_fake_client() { drmgr_unregister_bb_app2app_event(fake_client); }
+};
+
+app_pc branch_target(const byte* at) {
+  const uint32_t w = word_at(at);
+  EXPECT_EQ(w & 0xfc000000u, 0x14000000u) << std::hex << w;
+  const int32_t imm26 = static_cast<int32_t>(w << 6) >> 6;
+  return const_cast<byte*>(at) + 4 * int64_t{imm26};
+}
+
+TEST_F(CoreTest, FragmentWrapsTheClientsCodeAndBranchesBehindTheBlock) {
+  static uint32_t app[] = {kSveAdd, kSveSub, kSveAdd, kNop, kSveAdd};
+  const auto tag = reinterpret_cast<app_pc>(app);
+  with_fake_client client(3);
+  const uint64_t built = counters.blocks_built;
+  fragment* f = build_fragment(t, tag);
+  ASSERT_NE(f, nullptr);
+  ASSERT_NE(f->code, nullptr);
+  EXPECT_EQ(counters.blocks_built, built + 1);
+
+  // The client saw msr fpcr, x0 at the block's address, then the three SVE
+  // words and not the nop.
+  EXPECT_EQ(seen.tag, tag);
+  EXPECT_EQ(seen.opcode_first, OP_msr);
+  EXPECT_EQ(seen.first_dst, DR_REG_FPCR);
+  EXPECT_EQ(seen.first_src, DR_REG_X0);
+  EXPECT_EQ(seen.first_pc, tag);
+  EXPECT_EQ(seen.app_pcs, (std::vector<app_pc>{tag, tag + 4, tag + 8}));
+
+  const byte* c = f->code;
+  const uint32_t expected[] = {
+      0xf9004b80, // str x0, [x28, #144]: the application's X0
+      0xd53b4400, // mrs x0, fpcr
+      0xf9404b80, // ldr x0, [x28, #144]: in place of the msr
+      0xd2800001, // movz x1, #0
+      0xd2800021, // movz x1, #1
+      0xd2800041, // movz x1, #2
+      0xf940479c, // ldr x28, [x28, #136]: the application's X28
+  };
+  for (size_t i = 0; i < sizeof expected / 4; ++i)
+    EXPECT_EQ(word_at(c + 4 * i), expected[i]) << "word " << i;
+  EXPECT_EQ(branch_target(c + sizeof expected), tag + 12);
+  EXPECT_TRUE(in_code_cache(t, f->code));
+  EXPECT_EQ(find_fragment(t, tag), f);
+}
+
+TEST_F(CoreTest, TheFirstWordTheClientKeepsEndsTheBlock) {
+  static uint32_t app[] = {kSveAdd, kSveSub, kSveAdd};
+  const auto tag = reinterpret_cast<app_pc>(app);
+  with_fake_client client(1);
+  fragment* f = build_fragment(t, tag);
+  ASSERT_NE(f->code, nullptr);
+  EXPECT_EQ(branch_target(f->code + 4 * 5), tag + 4);
+}
+
+TEST_F(CoreTest, ABlockWhoseFirstWordIsKeptIsTheApplicationsSignal) {
+  static uint32_t app[] = {kSveAdd, kSveSub};
+  const auto tag = reinterpret_cast<app_pc>(app);
+  with_fake_client client(0);
+  const uint64_t fragments_before = counters.fragments;
+  fragment* f = build_fragment(t, tag);
+  ASSERT_NE(f, nullptr);
+  EXPECT_EQ(f->code, nullptr);
+  EXPECT_EQ(counters.fragments, fragments_before);
+  EXPECT_EQ(find_fragment(t, tag), f);
+}
+
+TEST_F(CoreTest, BlocksStopAtOrdinaryWordsPageEndsAndTheirLimit) {
+  auto* pages = static_cast<uint32_t*>(map_pages(2 * 4096));
+  for (int i = 0; i < 2048; ++i) pages[i] = kSveAdd;
+  const auto base = reinterpret_cast<app_pc>(pages);
+  EXPECT_EQ(block_words(base), 32);
+  EXPECT_EQ(block_words(base + 4096 - 12), 3);
+  pages[5] = kNop;
+  EXPECT_EQ(block_words(base), 5);
+  EXPECT_TRUE(is_sve_word(kSveAdd));
+  EXPECT_FALSE(is_sve_word(kNop));
+  unmap_pages(pages, 2 * 4096);
+}
+
+// Records what the call out of generated code delivered, and spoils every
+// register a C function may spoil.
+uint64_t call_args[3];
+uintptr_t callee_stack;
+void callee(uint64_t a, uint64_t b, uint64_t c) {
+  call_args[0] = a;
+  call_args[1] = b;
+  call_args[2] = c;
+  int local;
+  callee_stack = reinterpret_cast<uintptr_t>(&local);
+  __asm__ volatile("mov x9, #1\n\tmov x18, #2\n\tcmp x9, x18\n\tmovi v0.16b, #0xee\n\t"
+                   "movi v31.16b, #0xdd\n\tmsr fpsr, xzr" ::
+                       : "x9", "x18", "v0", "v31", "cc");
+}
+
+TEST_F(CoreTest, CallOutOfGeneratedCodeKeepsTheMachineState) {
+  void* dc = GLOBAL_DCONTEXT;
+  auto reg = [](reg_id_t r) { return opnd_create_reg(r); };
+  auto at = [](reg_id_t base, int disp, opnd_size_t size) {
+    return opnd_create_base_disp(base, DR_REG_NULL, 0, disp, size);
+  };
+  // harness(block, results, pattern): sets X9, X18, NZCV, FPSR, Q0 and Q31,
+  // calls callee(7, 0x123456789, -1) the runtime's way and stores what is
+  // left of them.
+  instrlist_t* il = instrlist_create(dc);
+  instr_t* call_site = INSTR_CREATE_label(dc);
+  instr_t* parts[] = {
+      INSTR_CREATE_sub(dc, reg(DR_REG_XSP), reg(DR_REG_XSP), OPND_CREATE_INT(32)),
+      INSTR_CREATE_stp(dc, at(DR_REG_XSP, 0, OPSZ_16), reg(DR_REG_X28), reg(DR_REG_X30)),
+      INSTR_CREATE_add(dc, reg(DR_REG_X28), reg(DR_REG_X0), OPND_CREATE_INT(0)),
+      INSTR_CREATE_movz(dc, reg(DR_REG_X9), OPND_CREATE_INT(0x9999), OPND_CREATE_INT(0)),
+      INSTR_CREATE_movz(dc, reg(DR_REG_X18), OPND_CREATE_INT(0x1818), OPND_CREATE_INT(0)),
+      INSTR_CREATE_movz(dc, reg(DR_REG_X10), OPND_CREATE_INT(0x9000), OPND_CREATE_INT(16)),
+      INSTR_CREATE_msr(dc, reg(DR_REG_NZCV), reg(DR_REG_X10)),
+      INSTR_CREATE_movz(dc, reg(DR_REG_X10), OPND_CREATE_INT(0x13), OPND_CREATE_INT(0)),
+      INSTR_CREATE_msr(dc, reg(DR_REG_FPSR), reg(DR_REG_X10)),
+      INSTR_CREATE_ldp(dc, reg(DR_REG_Q0), reg(DR_REG_Q31), at(DR_REG_X2, 0, OPSZ_32)),
+      call_site,
+      INSTR_CREATE_mrs(dc, reg(DR_REG_X10), reg(DR_REG_NZCV)),
+      INSTR_CREATE_stp(dc, at(DR_REG_X1, 0, OPSZ_16), reg(DR_REG_X9), reg(DR_REG_X10)),
+      INSTR_CREATE_mrs(dc, reg(DR_REG_X10), reg(DR_REG_FPSR)),
+      INSTR_CREATE_stp(dc, at(DR_REG_X1, 16, OPSZ_16), reg(DR_REG_X18), reg(DR_REG_X10)),
+      INSTR_CREATE_stp(dc, at(DR_REG_X1, 32, OPSZ_32), reg(DR_REG_Q0), reg(DR_REG_Q31)),
+      INSTR_CREATE_ldp(dc, reg(DR_REG_X28), reg(DR_REG_X30), at(DR_REG_XSP, 0, OPSZ_16)),
+      INSTR_CREATE_add(dc, reg(DR_REG_XSP), reg(DR_REG_XSP), OPND_CREATE_INT(32)),
+      INSTR_CREATE_ret(dc, reg(DR_REG_X30)),
+  };
+  for (instr_t* p : parts) instrlist_append(il, p);
+  dr_insert_call_zorvo(dc, il, call_site, nullptr, reinterpret_cast<void*>(callee), 3,
+                       OPND_CREATE_INT32(7), OPND_CREATE_INTPTR(0x123456789),
+                       OPND_CREATE_INTPTR(-1));
+
+  auto* page = static_cast<byte*>(map_pages(65536, true));
+  byte* pc = page;
+  for (instr_t* i = instrlist_first(il); i; i = instr_get_next(i)) {
+    pc = instr_encode(dc, i, pc);
+    ASSERT_NE(pc, nullptr) << "opcode " << instr_get_opcode(i);
+  }
+  instrlist_clear_and_destroy(dc, il);
+  __builtin___clear_cache(reinterpret_cast<char*>(page), reinterpret_cast<char*>(pc));
+
+  alignas(16) uint8_t pattern[32], results[64];
+  for (int i = 0; i < 32; ++i) pattern[i] = static_cast<uint8_t>(i * 9 + 1);
+  auto harness = reinterpret_cast<void (*)(void*, void*, void*)>(page);
+  harness(&t->block, results, pattern);
+
+  uint64_t r[4];
+  std::memcpy(r, results, 32);
+  EXPECT_EQ(r[0], 0x9999u);                             // X9
+  EXPECT_EQ(r[1], 0x90000000u);                         // NZCV
+  EXPECT_EQ(r[2], 0x1818u);                             // X18
+  EXPECT_EQ(r[3] & 0x9f, 0x13u);                        // FPSR's cumulative flags
+  EXPECT_EQ(std::memcmp(results + 32, pattern, 32), 0); // Q0 and Q31
+  EXPECT_EQ(call_args[0], 7u);
+  EXPECT_EQ(call_args[1], 0x123456789u);
+  EXPECT_EQ(call_args[2], ~uint64_t{0});
+  // The callee ran on the thread's runtime stack; the harness found its own
+  // stack again, or it could not have returned.
+  EXPECT_GT(callee_stack, reinterpret_cast<uintptr_t>(t->stack));
+  EXPECT_LT(callee_stack, t->block.stack_top);
+  unmap_pages(page, 65536);
+}
+
+TEST_F(CoreTest, CodeIsReservedWithinBranchReachOfItsTarget) {
+  const auto target = reinterpret_cast<app_pc>(&word_at);
+  for (int i = 0; i < 40; ++i) {
+    bool near = false;
+    byte* code = reserve_code(t, 64 * 1024, target, &near);
+    ASSERT_NE(code, nullptr);
+    EXPECT_TRUE(near);
+    EXPECT_LT(std::abs(code - target), ptrdiff_t(1) << 27);
+    EXPECT_TRUE(in_code_cache(t, code));
+  }
+  EXPECT_FALSE(in_code_cache(t, target));
+}
+
+TEST_F(CoreTest, AFarFragmentEndsInATrapThatNamesItsTarget) {
+  instrlist_t* il = instrlist_create(t);
+  app_pc target = reinterpret_cast<app_pc>(uintptr_t{0x123456789abc});
+  append_exit(t, il, target, false);
+  byte code[32];
+  byte* pc = code;
+  for (instr_t* i = instrlist_first(il); i; i = instr_get_next(i)) pc = instr_encode(t, i, pc);
+  ASSERT_EQ(pc, code + 16);
+  EXPECT_EQ(word_at(code), 0xf940479cu); // ldr x28, [x28, #136]
+  EXPECT_EQ(exit_trap_target(code + 4), target);
+  EXPECT_EQ(exit_trap_target(code), nullptr);
+  arena_reset(&t->build_arena);
+}
+
+TEST_F(CoreTest, FragmentTableFindsEveryTagAfterGrowing) {
+  rt_thread* fresh = static_cast<rt_thread*>(map_pages(sizeof(rt_thread)));
+  for (uintptr_t i = 1; i <= 5000; ++i)
+    ASSERT_NE(add_fragment(fresh, reinterpret_cast<app_pc>(i * 4), reinterpret_cast<byte*>(i)),
+              nullptr);
+  for (uintptr_t i = 1; i <= 5000; ++i) {
+    fragment* f = find_fragment(fresh, reinterpret_cast<app_pc>(i * 4));
+    ASSERT_NE(f, nullptr);
+    EXPECT_EQ(f->code, reinterpret_cast<byte*>(i));
+  }
+  EXPECT_EQ(find_fragment(fresh, reinterpret_cast<app_pc>(uintptr_t{8} * 5001)), nullptr);
+  release_fragments(fresh);
+  unmap_pages(fresh, sizeof(rt_thread));
+}
+
+std::vector<int> order;
+dr_emit_flags_t first(void*, void*, instrlist_t*, bool, bool) {
+  order.push_back(1);
+  return DR_EMIT_DEFAULT;
+}
+dr_emit_flags_t second(void*, void*, instrlist_t*, bool, bool) {
+  order.push_back(2);
+  return DR_EMIT_DEFAULT;
+}
+dr_emit_flags_t third(void*, void*, instrlist_t*, bool, bool) {
+  order.push_back(3);
+  return DR_EMIT_DEFAULT;
+}
+
+TEST_F(CoreTest, EventsRunByPriorityAndLeaveWhenUnregistered) {
+  drmgr_priority_t late = {sizeof late, "late", nullptr, nullptr, 10};
+  drmgr_priority_t early = {sizeof early, "early", nullptr, nullptr, -5};
+  ASSERT_TRUE(drmgr_register_bb_app2app_event(third, &late));
+  ASSERT_TRUE(drmgr_register_bb_app2app_event(second, nullptr));
+  ASSERT_TRUE(drmgr_register_bb_app2app_event(first, &early));
+  order.clear();
+  run_app2app_events(t, nullptr, nullptr);
+  EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
+  EXPECT_TRUE(drmgr_unregister_bb_app2app_event(second));
+  EXPECT_FALSE(drmgr_unregister_bb_app2app_event(second));
+  order.clear();
+  run_app2app_events(t, nullptr, nullptr);
+  EXPECT_EQ(order, (std::vector<int>{1, 3}));
+  drmgr_unregister_bb_app2app_event(first);
+  drmgr_unregister_bb_app2app_event(third);
+}
+
+TEST_F(CoreTest, PerThreadServices) {
+  const int idx = drmgr_register_tls_field();
+  int value;
+  EXPECT_EQ(drmgr_get_tls_field(t, idx), nullptr);
+  EXPECT_TRUE(drmgr_set_tls_field(t, idx, &value));
+  EXPECT_EQ(drmgr_get_tls_field(dr_get_current_drcontext(), idx), &value);
+
+  auto* mem = static_cast<uint8_t*>(dr_thread_alloc(t, 3000));
+  for (int i = 0; i < 3000; ++i) ASSERT_EQ(mem[i], 0) << i;
+  dr_thread_free(t, mem, 3000);
+
+  dr_write_saved_reg(t, SPILL_SLOT_3, 0x33);
+  EXPECT_EQ(t->block.spill[SPILL_SLOT_3], 0x33u);
+  EXPECT_EQ(dr_read_saved_reg(t, SPILL_SLOT_3), 0x33u);
+
+  emulated_instr_t short_record = {sizeof(emulated_instr_t) - 8, nullptr, nullptr};
+  instrlist_t* il = instrlist_create(t);
+  EXPECT_FALSE(drmgr_insert_emulation_start(t, il, nullptr, &short_record));
+  emulated_instr_t record = {sizeof record, reinterpret_cast<app_pc>(0x1000), nullptr};
+  EXPECT_TRUE(drmgr_insert_emulation_start(t, il, nullptr, &record));
+  drmgr_insert_emulation_end(t, il, nullptr);
+  emulated_instr_t back;
+  ASSERT_TRUE(drmgr_get_emulated_instr_data(instrlist_first(il), &back));
+  EXPECT_EQ(back.pc, record.pc);
+  EXPECT_TRUE(drmgr_is_emulation_end(instrlist_last(il)));
+  EXPECT_EQ(instr_length(t, instrlist_first(il)), 0);
+  arena_reset(&t->build_arena);
+}
+
+} // namespace
