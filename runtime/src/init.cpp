@@ -2,6 +2,7 @@
 // the client's entry, the first thread, and the exit events.
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -14,6 +15,7 @@
 
 std::atomic<bool> runtime_ready;
 std::atomic<bool> runtime_shut_down;
+std::atomic<long> exiting_thread;
 
 namespace {
 
@@ -93,6 +95,7 @@ void print_counters() {
 }
 
 void on_process_exit() {
+  exiting_thread = syscall(SYS_gettid);
   if (runtime_shut_down.exchange(true)) return;
   if (rt_thread* t = current_thread()) detach_thread(t);
   run_exit_events();

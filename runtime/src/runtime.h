@@ -24,9 +24,10 @@ extern runtime_settings settings;
 
 // Set once the client is loaded and the first thread attached.
 extern std::atomic<bool> runtime_ready;
-// Set once the exit events have run: from then on every SIGILL is the
-// application's own.
+// Set once the exit events have run: from then on no block is built.
 extern std::atomic<bool> runtime_shut_down;
+// The thread that ran them.
+extern std::atomic<long> exiting_thread;
 
 // The events that clients registered, run by the runtime.
 void run_thread_init_events(void* drcontext);

@@ -34,11 +34,18 @@ void enter(rt_thread* t, ucontext_t* uc, byte* code) {
   ++counters.fragment_entries;
 }
 
+// Once the exit events have run no block can be built. A thread other than
+// the exiting one that meets a new SVE word then waits for the end, which is
+// near, rather than die of a SIGILL the program never had.
+[[noreturn]] void wait_for_process_exit() {
+  for (;;) pause();
+}
+
 // Whether the signal is one the runtime carries out itself: an SVE word that
 // the client emulates, or the end of a fragment that could not branch home.
 bool take_over(const siginfo_t* info, ucontext_t* uc) {
   // A signal sent by kill() or raise() belongs to the application.
-  if (info->si_code <= 0 || runtime_shut_down) return false;
+  if (info->si_code <= 0) return false;
   auto* pc = reinterpret_cast<byte*>(uc->uc_mcontext.pc);
   rt_thread* t = current_thread();
   if (t != nullptr && in_code_cache(t, pc)) {
@@ -48,8 +55,12 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
     return true;
   }
   if (!is_sve_word(word_at(pc))) return false;
+  fragment* f = t != nullptr ? find_fragment(t, pc) : nullptr;
+  if (runtime_shut_down && f == nullptr) {
+    if (syscall(SYS_gettid) != exiting_thread) wait_for_process_exit();
+    return false;
+  }
   if (t == nullptr && (t = attach_thread()) == nullptr) return false;
-  fragment* f = find_fragment(t, pc);
   if (f == nullptr) f = build_fragment(t, pc);
   if (f->code == nullptr) return false;
   enter(t, uc, f->code);

@@ -96,7 +96,7 @@ void replace_instruction(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder 
   DR_ASSERT(dr_get_stolen_reg() == DR_REG_X28);
   const auto state = reinterpret_cast<ptr_int_t>(drmgr_get_tls_field(dc, tls_idx));
 
-  emulated_instr_t emulated;
+  emulated_instr_t emulated = {};
   emulated.size = sizeof(emulated);
   emulated.pc = pc;
   emulated.instr = instr_create(dc);
