@@ -44,11 +44,14 @@ struct emitter {
 };
 
 void mov_immed(const emitter& emit, reg_id_t dst, uint64_t value) {
-  emit(INSTR_CREATE_movz(emit.dc, reg(dst), OPND_CREATE_INT(value & 0xffff), OPND_CREATE_INT(0)));
-  for (int shift = 16; shift < 64; shift += 16)
-    if ((value >> shift) & 0xffff)
-      emit(INSTR_CREATE_movk(emit.dc, reg(dst), OPND_CREATE_INT((value >> shift) & 0xffff),
-                             OPND_CREATE_INT(shift)));
+  instr_t *first, *last;
+  instrlist_insert_mov_immed_ptrsz(emit.dc, static_cast<ptr_int_t>(value), reg(dst), emit.ilist,
+                                   emit.where, &first, &last);
+  for (instr_t* i = first;; i = instr_get_next(i)) {
+    instr_set_meta(i);
+    instr_set_translation(i, emit.translation);
+    if (i == last) break;
+  }
 }
 
 // SP moves to the runtime stack and back through X30, whose own value waits

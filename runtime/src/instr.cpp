@@ -1,6 +1,8 @@
 // Instructions and instruction lists.
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 
 #include "ir.h"
 #include "thread.h"
@@ -26,6 +28,14 @@ instr_t* with_operands(instr_t* instr, int opcode, int num_dsts, int num_srcs) {
   instr->num_dsts = static_cast<uint8_t>(num_dsts);
   instr->num_srcs = static_cast<uint8_t>(num_srcs);
   instr->flags |= INSTR_OPERANDS_VALID;
+  return instr;
+}
+
+instr_t* with_opnds(void* drcontext, int opcode, std::initializer_list<opnd_t> dsts,
+                    std::initializer_list<opnd_t> srcs) {
+  instr_t* instr = with_operands(new_instr(drcontext), opcode, int(dsts.size()), int(srcs.size()));
+  std::copy(dsts.begin(), dsts.end(), instr->dsts);
+  std::copy(srcs.begin(), srcs.end(), instr->srcs);
   return instr;
 }
 
@@ -64,64 +74,37 @@ instr_t* instr_build(void* drcontext, int opcode, int num_dsts, int num_srcs) {
 }
 
 instr_t* instr_create_0dst_0src(void* drcontext, int opcode) {
-  return instr_build(drcontext, opcode, 0, 0);
+  return with_opnds(drcontext, opcode, {}, {});
 }
 
 instr_t* instr_create_0dst_1src(void* drcontext, int opcode, opnd_t src) {
-  instr_t* i = instr_build(drcontext, opcode, 0, 1);
-  i->srcs[0] = src;
-  return i;
+  return with_opnds(drcontext, opcode, {}, {src});
 }
 
 instr_t* instr_create_0dst_2src(void* drcontext, int opcode, opnd_t src1, opnd_t src2) {
-  instr_t* i = instr_build(drcontext, opcode, 0, 2);
-  i->srcs[0] = src1;
-  i->srcs[1] = src2;
-  return i;
+  return with_opnds(drcontext, opcode, {}, {src1, src2});
 }
 
 instr_t* instr_create_1dst_1src(void* drcontext, int opcode, opnd_t dst, opnd_t src) {
-  instr_t* i = instr_build(drcontext, opcode, 1, 1);
-  i->dsts[0] = dst;
-  i->srcs[0] = src;
-  return i;
+  return with_opnds(drcontext, opcode, {dst}, {src});
 }
 
 instr_t* instr_create_1dst_2src(void* drcontext, int opcode, opnd_t dst, opnd_t src1, opnd_t src2) {
-  instr_t* i = instr_build(drcontext, opcode, 1, 2);
-  i->dsts[0] = dst;
-  i->srcs[0] = src1;
-  i->srcs[1] = src2;
-  return i;
+  return with_opnds(drcontext, opcode, {dst}, {src1, src2});
 }
 
 instr_t* instr_create_1dst_3src(void* drcontext, int opcode, opnd_t dst, opnd_t src1, opnd_t src2,
                                 opnd_t src3) {
-  instr_t* i = instr_build(drcontext, opcode, 1, 3);
-  i->dsts[0] = dst;
-  i->srcs[0] = src1;
-  i->srcs[1] = src2;
-  i->srcs[2] = src3;
-  return i;
+  return with_opnds(drcontext, opcode, {dst}, {src1, src2, src3});
 }
 
 instr_t* instr_create_1dst_4src(void* drcontext, int opcode, opnd_t dst, opnd_t src1, opnd_t src2,
                                 opnd_t src3, opnd_t src4) {
-  instr_t* i = instr_build(drcontext, opcode, 1, 4);
-  i->dsts[0] = dst;
-  i->srcs[0] = src1;
-  i->srcs[1] = src2;
-  i->srcs[2] = src3;
-  i->srcs[3] = src4;
-  return i;
+  return with_opnds(drcontext, opcode, {dst}, {src1, src2, src3, src4});
 }
 
 instr_t* instr_create_2dst_1src(void* drcontext, int opcode, opnd_t dst1, opnd_t dst2, opnd_t src) {
-  instr_t* i = instr_build(drcontext, opcode, 2, 1);
-  i->dsts[0] = dst1;
-  i->dsts[1] = dst2;
-  i->srcs[0] = src;
-  return i;
+  return with_opnds(drcontext, opcode, {dst1, dst2}, {src});
 }
 
 int instr_get_opcode(instr_t* instr) {

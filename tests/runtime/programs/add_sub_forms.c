@@ -19,14 +19,15 @@ static void show(const char* what, const uint8_t* r, int esize) {
 }
 
 // d = insn over the NEON-loaded sources n and m; d may equal n.
-#define CASE(insn, esize, d, n, m)                                                                 \
+#define CASE(insn, esize, d, n, m) CASE_AS(insn, insn, esize, d, n, m)
+#define CASE_AS(label, insn, esize, d, n, m)                                                       \
   do {                                                                                             \
     uint8_t out[16];                                                                               \
     __asm__ volatile("ldr q" #n ", [%0]\n\tldr q" #m ", [%1]\n\t" insn "\n\tstr q" #d ", [%2]"     \
                      :                                                                             \
                      : "r"(in_a), "r"(in_b), "r"(out)                                              \
                      : "v" #n, "v" #m, "v" #d, "memory");                                          \
-    show(insn, out, esize);                                                                        \
+    show(label, out, esize);                                                                       \
   } while (0)
 
 int main(void) {
@@ -59,9 +60,23 @@ int main(void) {
   CASE("add z1.d, z1.d, #128", 8, 1, 1, 2);
   CASE("sub z2.d, z2.d, #255, lsl #8", 8, 2, 2, 3);
 
+  // Merging forms. The program never writes a predicate register, and every
+  // one is all false when a process starts, so each element keeps the
+  // destination's value. (Forms with active elements need an instruction
+  // that sets predicates.)
+  CASE("add z0.b, p0/m, z0.b, z1.b", 1, 0, 0, 1);
+  CASE("sub z2.b, p7/m, z2.b, z3.b", 1, 2, 2, 3);
+  CASE("add z4.h, p3/m, z4.h, z5.h", 2, 4, 4, 5);
+  CASE("sub z6.h, p1/m, z6.h, z7.h", 2, 6, 6, 7);
+  CASE("add z8.s, p2/m, z8.s, z9.s", 4, 8, 8, 9);
+  CASE("sub z10.s, p4/m, z10.s, z11.s", 4, 10, 10, 11);
+  CASE("add z12.d, p5/m, z12.d, z13.d", 8, 12, 12, 13);
+  CASE("sub z14.d, p6/m, z14.d, z15.d", 8, 14, 14, 15);
+
   // A run of SVE words in one block, each depending on the one before.
-  CASE("add z4.s, z5.s, z6.s\n\tsub z4.s, z4.s, z5.s\n\tadd z4.s, z4.s, #3\n\t"
-       "sub z4.s, z6.s, z4.s",
-       4, 4, 5, 6);
+  CASE_AS("four in one block",
+          "add z4.s, z5.s, z6.s\n\tsub z4.s, z4.s, z5.s\n\tadd z4.s, z4.s, #3\n\t"
+          "sub z4.s, z6.s, z4.s",
+          4, 4, 5, 6);
   return 0;
 }
