@@ -16,7 +16,6 @@ SVE_STUB_HANDLER(sve_nor_pppp, aarch64_p_reg, aarch64_p_reg, aarch64_p_reg, aarc
 SVE_STUB_HANDLER(sve_orr_pppp, aarch64_p_reg, aarch64_p_reg, aarch64_p_reg, aarch64_p_reg)
 SVE_STUB_HANDLER(sve_pfalse_p, aarch64_p_reg)
 SVE_STUB_HANDLER(sve_pnext_pp, aarch64_p_reg, aarch64_p_reg)
-SVE_STUB_HANDLER(sve_ptest_pp, aarch64_p_reg, aarch64_p_reg)
 SVE_STUB_HANDLER(sve_ptrue_pi, aarch64_p_reg, unsigned int)
 SVE_STUB_HANDLER(sve_punpkhi_pp, aarch64_p_reg, aarch64_p_reg)
 SVE_STUB_HANDLER(sve_punpklo_pp, aarch64_p_reg, aarch64_p_reg)

@@ -1,0 +1,94 @@
+// Predicates as cpu_state holds them, one byte per vector byte, and the
+// condition flags that a predicate result sets. Shared by every family that
+// reads or writes predicates: compares, predicate generation, while, break,
+// next-active and the first-fault register.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+#include "element.h"
+
+// ---- The byte-per-byte form ----
+//
+// Reading an element looks at bit 0 of its first byte only (`active` in
+// element.h). Writing an element stores a whole element-wide word holding 0
+// or 1, so the bytes behind the first become 0: that is what the instruction
+// set's bit form of a predicate written at that size says of them too.
+template <typename T> inline void set_pred_elem(uint8_t* pred, unsigned i, bool value) {
+  store_elem<T>(pred, i, static_cast<T>(value));
+}
+
+// The packed form (memory images of LDR/STR and the generic tier): bit i of
+// the 48-bit value is byte i. Unpacking writes exactly 0 or 1 to each byte.
+inline uint64_t pack_predicate(const uint8_t* pred) {
+  uint64_t bits = 0;
+  for (unsigned i = 0; i < 48; ++i) bits |= uint64_t{pred[i] & 1u} << i;
+  return bits;
+}
+inline void unpack_predicate(uint8_t* pred, uint64_t bits) {
+  for (unsigned i = 0; i < 48; ++i) pred[i] = (bits >> i) & 1;
+}
+
+// ---- Condition flags ----
+
+// `nzcv` holds the flags where a read of the NZCV register puts them.
+constexpr uint64_t kFlagN = uint64_t{1} << 31;
+constexpr uint64_t kFlagZ = uint64_t{1} << 30;
+constexpr uint64_t kFlagC = uint64_t{1} << 29;
+constexpr uint64_t kFlagV = uint64_t{1} << 28;
+
+struct nzcv_flags {
+  bool n, z, c, v;
+};
+
+// Only the four flag bits change; whatever else the field holds is kept.
+inline void write_flags(cpu_state* s, nzcv_flags f) {
+  uint64_t nzcv = s->nzcv & ~(kFlagN | kFlagZ | kFlagC | kFlagV);
+  if (f.n) nzcv |= kFlagN;
+  if (f.z) nzcv |= kFlagZ;
+  if (f.c) nzcv |= kFlagC;
+  if (f.v) nzcv |= kFlagV;
+  s->nzcv = nzcv;
+}
+
+// The predicate test at element stride sizeof(T): N is the result at the
+// first active element, Z says no active element is true, C is the inverse
+// of the result at the last active element, V is clear. Without any active
+// element that gives N=0, Z=1, C=1. Result elements that the mask leaves
+// inactive have no say, whatever they hold.
+template <typename T> inline nzcv_flags predicate_test(const uint8_t* mask, const uint8_t* result) {
+  constexpr unsigned count = 48 / sizeof(T);
+  nzcv_flags f{false, true, true, false};
+  unsigned first = 0;
+  while (first < count && !active<T>(mask, first)) ++first;
+  if (first == count) return f;
+  f.n = active<T>(result, first);
+  for (unsigned i = first; i < count; ++i) {
+    if (active<T>(mask, i) && active<T>(result, i)) {
+      f.z = false;
+      break;
+    }
+  }
+  unsigned last = count - 1;
+  while (!active<T>(mask, last)) --last; // stops at `first` at the latest
+  f.c = !active<T>(result, last);
+  return f;
+}
+
+// Sets NZCV from a governing mask and a result predicate, each the address of
+// 48 predicate bytes: a P register, FFR or a local buffer. The signed and
+// unsigned instances of a width behave the same.
+template <typename T> inline void sve_ptest(cpu_state* s, char const* mask, char const* result) {
+  write_flags(s, predicate_test<T>(reinterpret_cast<const uint8_t*>(mask),
+                                   reinterpret_cast<const uint8_t*>(result)));
+}
+
+// A predicate result that also sets the flags: the flags see the old mask,
+// and the destination (which may be the mask itself) is written last.
+template <typename T>
+inline void commit_with_flags(cpu_state* s, uint8_t* dst, const uint8_t* mask,
+                              const vec48& result) {
+  sve_ptest<T>(s, reinterpret_cast<const char*>(mask), reinterpret_cast<const char*>(result.b));
+  commit(dst, result);
+}

@@ -1,0 +1,49 @@
+// Unpacks: the low or high 24 bytes of Zn, each element widened to twice its
+// size. The sign-extending forms from bytes and halfwords run on the generic
+// tier; each handler here is one conversion.
+#include <cstdint>
+
+#include "element.h"
+#include "handlers.h"
+
+namespace {
+
+constexpr unsigned kLowHalf = 0, kHighHalf = 24;
+
+// From is signed for a sign-extending unpack, unsigned for a zero-extending one.
+template <typename From, typename To>
+aarch64_decode_rc unpack(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn, unsigned half) {
+  const uint8_t* n = s->z[zn.num] + half;
+  vec48 out;
+  for (unsigned i = 0; i < 24 / sizeof(From); ++i)
+    store_elem<To>(out.b, i, static_cast<To>(load_elem<From>(n, i)));
+  commit(s->z[zd.num], out);
+  return AARCH64_DECODE_OK;
+}
+
+} // namespace
+
+aarch64_decode_rc sve_uunpklo_b2h_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
+  return unpack<uint8_t, uint16_t>(s, zd, zn, kLowHalf);
+}
+aarch64_decode_rc sve_uunpkhi_b2h_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
+  return unpack<uint8_t, uint16_t>(s, zd, zn, kHighHalf);
+}
+aarch64_decode_rc sve_uunpklo_h2s_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
+  return unpack<uint16_t, uint32_t>(s, zd, zn, kLowHalf);
+}
+aarch64_decode_rc sve_uunpkhi_h2s_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
+  return unpack<uint16_t, uint32_t>(s, zd, zn, kHighHalf);
+}
+aarch64_decode_rc sve_uunpklo_s2d_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
+  return unpack<uint32_t, uint64_t>(s, zd, zn, kLowHalf);
+}
+aarch64_decode_rc sve_uunpkhi_s2d_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
+  return unpack<uint32_t, uint64_t>(s, zd, zn, kHighHalf);
+}
+aarch64_decode_rc sve_sunpklo_s2d_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
+  return unpack<int32_t, int64_t>(s, zd, zn, kLowHalf);
+}
+aarch64_decode_rc sve_sunpkhi_s2d_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
+  return unpack<int32_t, int64_t>(s, zd, zn, kHighHalf);
+}
