@@ -1,0 +1,67 @@
+// Contiguous accesses of one vector's worth of elements: element i lies at
+// address + i * sizeof(T) in memory and at i * sizeof(U) in the register, so
+// T is the memory element and U the register element (sizeof(T) <= sizeof(U)).
+// A signed T sign-extends on the way into a wider U; an unsigned T
+// zero-extends. Stores keep the low sizeof(T) bytes.
+#pragma once
+
+#include <cstdint>
+
+#include "../trace/memtrace_lin.h"
+#include "app_memory.h"
+#include "element.h"
+
+// Xn|SP + imm * (bytes one vector's elements occupy in memory): for the
+// widening forms that is less than 48.
+template <typename T, typename U>
+inline uint64_t vector_offset_address(const cpu_state* s, aarch64_i_rsp_reg xn, int imm) {
+  constexpr int64_t footprint = 48 / sizeof(U) * sizeof(T);
+  return read_reg(s, xn) + static_cast<uint64_t>(imm * footprint);
+}
+
+// Xn|SP + Xm * sizeof(T); an index of XZR adds nothing.
+template <typename T>
+inline uint64_t scaled_index_address(const cpu_state* s, aarch64_i_rsp_reg xn, aarch64_i_reg xm) {
+  return read_reg(s, xn) + read_reg(s, xm) * sizeof(T);
+}
+
+// Inactive elements become 0 and touch no memory.
+template <typename T, typename U>
+inline void load_active_elements(uint8_t* z, const uint8_t* pred, uint64_t addr) {
+  for (unsigned i = 0; i < 48 / sizeof(U); ++i) {
+    const U v = active<U>(pred, i) ? static_cast<U>(read_app<T>(addr + i * sizeof(T))) : U{0};
+    store_elem<U>(z, i, v);
+  }
+}
+
+template <typename T, typename U>
+inline void store_active_elements(const uint8_t* z, const uint8_t* pred, uint64_t addr) {
+  for (unsigned i = 0; i < 48 / sizeof(U); ++i)
+    if (active<U>(pred, i)) write_app<T>(addr + i * sizeof(T), static_cast<T>(load_elem<U>(z, i)));
+}
+
+// A whole contiguous access: the elements first, then the trace records, so
+// that a record only ever tells of an access that completed.
+template <typename T, typename U, memaccess_type_t Type>
+aarch64_decode_rc contiguous_access(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,
+                                    uint64_t addr) {
+  uint8_t* pred = s->p[pg.num];
+  if constexpr (Type == memaccess_load)
+    load_active_elements<T, U>(s->z[zt.num], pred, addr);
+  else
+    store_active_elements<T, U>(s->z[zt.num], pred, addr);
+  memtrace_lin<T, U>(s, reinterpret_cast<T*>(addr), reinterpret_cast<char*>(pred), Type);
+  return AARCH64_DECODE_OK;
+}
+
+// The two address forms of one contiguous load or store: vector-multiple
+// immediate and scaled index register.
+#define CONTIGUOUS_FORMS(type, imm_form, index_form, T, U)                                         \
+  aarch64_decode_rc imm_form(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,                     \
+                             aarch64_i_rsp_reg xn, int imm) {                                      \
+    return contiguous_access<T, U, type>(s, zt, pg, vector_offset_address<T, U>(s, xn, imm));      \
+  }                                                                                                \
+  aarch64_decode_rc index_form(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,                   \
+                               aarch64_i_rsp_reg xn, aarch64_i_reg xm) {                           \
+    return contiguous_access<T, U, type>(s, zt, pg, scaled_index_address<T>(s, xn, xm));           \
+  }
