@@ -60,7 +60,10 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
     if (syscall(SYS_gettid) != exiting_thread) wait_for_process_exit();
     return false;
   }
-  if (t == nullptr && (t = attach_thread()) == nullptr) return false;
+  if (t == nullptr && (t = attach_thread()) == nullptr) {
+    dr_fprintf(our_stderr, "zorvo: no memory for a new thread's runtime state\n");
+    dr_abort();
+  }
   if (f == nullptr) f = build_fragment(t, pc);
   if (f->code == nullptr) return false;
   enter(t, uc, f->code);
