@@ -96,3 +96,8 @@ aarch64_decode_rc sve_ucvtf_s2d_zpz(cpu_state*, aarch64_z_reg zd, aarch64_p_reg 
                                     aarch64_z_reg zn);
 aarch64_decode_rc sve_ucvtf_s2s_zpz(cpu_state*, aarch64_z_reg zd, aarch64_p_reg pg,
                                     aarch64_z_reg zn);
+
+// Complete, but no decoder calls them: these reductions run on the generic
+// tier. A caller puts the application's FPSR on the host around the call.
+aarch64_decode_rc sve_faddv_vpz(cpu_state*, unsigned int vd, aarch64_p_reg pg, aarch64_z_reg zn);
+aarch64_decode_rc sve_fadda_vpz(cpu_state*, unsigned int vdn, aarch64_p_reg pg, aarch64_z_reg zm);

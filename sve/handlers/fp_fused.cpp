@@ -1,0 +1,101 @@
+// Fused multiply-add: the accumulating forms (fmla family, the result
+// replaces the addend), the multiplicand forms (fmad family, the result
+// replaces the first factor) and the complex fcmla.
+#include "fp_element.h"
+#include "handlers.h"
+
+namespace {
+
+// Negation is the sign flip of fneg, before the fmadd: a NaN operand comes
+// out of the fmadd with its sign flipped, as the instruction set wants.
+template <typename T> T negate(T v) { return from_bits<T>(to_bits(v) ^ sign_bit<T>()); }
+
+constexpr bool kNegate = true, kKeep = false;
+
+// dest = (+-addend) + (+-factor1) x factor2, where Pg is active.
+template <bool NegateAddend, bool NegateFactor1>
+aarch64_decode_rc fused(cpu_state* s, aarch64_z_reg dest, aarch64_p_reg pg, aarch64_z_reg addend,
+                        aarch64_z_reg factor1, aarch64_z_reg factor2) {
+  by_fp_size(dest.rw_elem, [&](auto t) {
+    using T = decltype(t);
+    const uint8_t* a = s->z[addend.num];
+    const uint8_t* n = s->z[factor1.num];
+    const uint8_t* m = s->z[factor2.num];
+    merge_elements<T>(s, dest, pg, [&](unsigned i) {
+      T acc = load_elem<T>(a, i), x = load_elem<T>(n, i);
+      if (NegateAddend) acc = negate(acc);
+      if (NegateFactor1) x = negate(x);
+      return host_fmadd(x, load_elem<T>(m, i), acc);
+    });
+  });
+  return AARCH64_DECODE_OK;
+}
+
+// One pair (real at 2k, imaginary at 2k + 1) of the complex multiply-add.
+// Rotation bit 0 picks which Zn element multiplies and swaps Zm's elements;
+// the table of negations follows the rotation by 0, 90, 180 or 270 degrees.
+template <typename T>
+void complex_pair(const uint8_t* acc, const uint8_t* n, const uint8_t* m, const uint8_t* p,
+                  unsigned k, unsigned rotation, uint8_t* out) {
+  const unsigned sel = rotation & 1;
+  const bool negate_real = (rotation & 1) != (rotation >> 1 & 1);
+  const bool negate_imaginary = (rotation >> 1 & 1) != 0;
+  const T factor = load_elem<T>(n, 2 * k + sel);
+  T m_real = load_elem<T>(m, 2 * k + sel), m_imaginary = load_elem<T>(m, 2 * k + (sel ^ 1));
+  if (negate_real) m_real = negate(m_real);
+  if (negate_imaginary) m_imaginary = negate(m_imaginary);
+  const T real = load_elem<T>(acc, 2 * k), imaginary = load_elem<T>(acc, 2 * k + 1);
+  store_elem<T>(out, 2 * k, active<T>(p, 2 * k) ? host_fmadd(factor, m_real, real) : real);
+  store_elem<T>(out, 2 * k + 1,
+                active<T>(p, 2 * k + 1) ? host_fmadd(factor, m_imaginary, imaginary) : imaginary);
+}
+
+} // namespace
+
+aarch64_decode_rc sve_fmla_zpzz(cpu_state* s, aarch64_z_reg zda, aarch64_p_reg pg, aarch64_z_reg zn,
+                                aarch64_z_reg zm) {
+  return fused<kKeep, kKeep>(s, zda, pg, zda, zn, zm);
+}
+aarch64_decode_rc sve_fmls_zpzz(cpu_state* s, aarch64_z_reg zda, aarch64_p_reg pg, aarch64_z_reg zn,
+                                aarch64_z_reg zm) {
+  return fused<kKeep, kNegate>(s, zda, pg, zda, zn, zm);
+}
+aarch64_decode_rc sve_fnmla_zpzz(cpu_state* s, aarch64_z_reg zda, aarch64_p_reg pg,
+                                 aarch64_z_reg zn, aarch64_z_reg zm) {
+  return fused<kNegate, kNegate>(s, zda, pg, zda, zn, zm);
+}
+aarch64_decode_rc sve_fnmls_zpzz(cpu_state* s, aarch64_z_reg zda, aarch64_p_reg pg,
+                                 aarch64_z_reg zn, aarch64_z_reg zm) {
+  return fused<kNegate, kKeep>(s, zda, pg, zda, zn, zm);
+}
+
+aarch64_decode_rc sve_fmad_zpzz(cpu_state* s, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm,
+                                aarch64_z_reg za) {
+  return fused<kKeep, kKeep>(s, zdn, pg, za, zdn, zm);
+}
+aarch64_decode_rc sve_fmsb_zpzz(cpu_state* s, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm,
+                                aarch64_z_reg za) {
+  return fused<kKeep, kNegate>(s, zdn, pg, za, zdn, zm);
+}
+aarch64_decode_rc sve_fnmad_zpzz(cpu_state* s, aarch64_z_reg zdn, aarch64_p_reg pg,
+                                 aarch64_z_reg zm, aarch64_z_reg za) {
+  return fused<kNegate, kNegate>(s, zdn, pg, za, zdn, zm);
+}
+aarch64_decode_rc sve_fnmsb_zpzz(cpu_state* s, aarch64_z_reg zdn, aarch64_p_reg pg,
+                                 aarch64_z_reg zm, aarch64_z_reg za) {
+  return fused<kNegate, kKeep>(s, zdn, pg, za, zdn, zm);
+}
+
+aarch64_decode_rc sve_fcmla_zpzzr(cpu_state* s, aarch64_z_reg zda, aarch64_p_reg pg,
+                                  aarch64_z_reg zn, aarch64_z_reg zm, unsigned int rotation) {
+  by_fp_size(zda.rw_elem, [&](auto t) {
+    using T = decltype(t);
+    vec48 out;
+#pragma GCC unroll 6
+    for (unsigned k = 0; k < 48 / sizeof(T) / 2; ++k)
+      complex_pair<T>(s->z[zda.num], s->z[zn.num], s->z[zm.num], s->p[pg.num], k, rotation & 3,
+                      out.b);
+    commit(s->z[zda.num], out);
+  });
+  return AARCH64_DECODE_OK;
+}
