@@ -2,7 +2,7 @@
 BUILD ?= build
 CMAKE_FLAGS ?=
 
-.PHONY: all deps configure build test demo clean
+.PHONY: all deps configure build test demo reference clean
 
 all: build
 
@@ -22,6 +22,11 @@ test: build
 
 demo: build
 	@bash scripts/demo.sh $(BUILD)
+
+# Every decode row against the SVE reference, many cases each; rewrites
+# docs/reference.md.
+reference: build
+	cmake --build $(BUILD) --target reference
 
 clean:
 	rm -rf $(BUILD)

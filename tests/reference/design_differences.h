@@ -1,0 +1,29 @@
+// Where this system deliberately differs from the architecture, and how the
+// reference check takes each difference into account. This is the one list:
+// nothing else is excluded from the comparison, and a row that merely
+// differs is a failure.
+#pragma once
+
+#include <cstdint>
+
+#include "row_profile.h"
+
+enum class design_effect : uint8_t {
+  skip_case,     // the case is not compared and counts as skipped
+  relax_compare, // the comparison ignores exactly the difference told
+  draw_rule,     // such cases are never drawn
+};
+
+struct design_difference {
+  const char* tag;
+  design_effect effect;
+  const char* why;
+};
+
+const design_difference* design_differences(int* count);
+
+// "region-markers"
+bool is_region_marker(uint32_t word);
+
+// "first-fault-by-page" and "unloaded-elements"
+bool decides_by_page(const row_profile& p);
