@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 #include "../decode/cpu_state.h"
 
@@ -54,6 +55,22 @@ template <typename Fn> inline void by_element_size(uint32_t size, Fn&& fn) {
     fn(uint8_t{});
     break;
   }
+}
+
+// Calls fn with uint64_t for size d and uint32_t for anything else: the two
+// paths of the families that exist only at s and d.
+template <typename Fn> inline void by_word_size(uint32_t size, Fn&& fn) {
+  if (size == ELEM_D)
+    fn(uint64_t{});
+  else
+    fn(uint32_t{});
+}
+
+// Products modulo the element width. Byte and halfword operands would
+// otherwise be promoted to int, whose overflow is undefined.
+template <typename T> inline T mul_wrap(T a, T b) {
+  using wide = std::conditional_t<(sizeof(T) < sizeof(unsigned)), unsigned, T>;
+  return static_cast<T>(static_cast<wide>(a) * static_cast<wide>(b));
 }
 
 // 48 bytes are exactly three 128-bit host vectors.
