@@ -147,6 +147,14 @@ bool write_markdown(const char* path, const options& o, const std::vector<checke
                "processor's own SVE unit at our vector length of 48 bytes and once through the\n"
                "emulator, with everything the instruction may change compared. Written by\n"
                "`make reference` (%u cases per row, seed %llu); do not edit by hand.\n\n"
+               "To check some rows yourself, with a report on each failure (the word, its\n"
+               "operands, every register, element or byte that differs, expected and actual):\n\n"
+               "    qemu-aarch64 -L /usr/aarch64-linux-gnu -cpu max,sve384=on \\\n"
+               "        build/tests/reference/zorvo-reference --rows 'VecU16*' --cases 2000\n\n"
+               "Status: *pass*, every compared case equal; *fail*, some case differs;\n"
+               "*not implemented*, the decoder says so; *differs by design*, equal only\n"
+               "through one of the deliberate differences below. Skipped cases are those\n"
+               "that list sets aside.\n\n"
                "%s\n\n"
                "## Deliberate differences from the architecture\n\n",
                o.check.cases, static_cast<unsigned long long>(o.check.seed), summary(rows).c_str());
