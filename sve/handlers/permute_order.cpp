@@ -76,6 +76,14 @@ void sve_zip1(char* dst, const char* a, const char* b, element_size size) {
 void sve_zip2(char* dst, const char* a, const char* b, element_size size) {
   interleave_any(bytes(dst), bytes(a), bytes(b), size, kSecond);
 }
+void sve_rev(char* dst, const char* a, element_size size) {
+  by_element_size(size, [&](auto t) {
+    using T = decltype(t);
+    constexpr unsigned count = 48 / sizeof(T);
+    for (unsigned i = 0; i < count; ++i)
+      store_elem<T>(bytes(dst), i, load_elem<T>(bytes(a), count - 1 - i));
+  });
+}
 
 aarch64_decode_rc sve_uzp1_zzz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm) {
   return two_sources(s, zd, zn, zm, unzip_any, kFirst);
@@ -114,14 +122,10 @@ aarch64_decode_rc sve_tbl_zzz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn, 
 }
 
 aarch64_decode_rc sve_rev_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
-  by_element_size(zd.elem, [&](auto t) {
-    using T = decltype(t);
-    constexpr unsigned count = 48 / sizeof(T);
-    const uint8_t* n = s->z[zn.num];
-    vec48 out;
-    for (unsigned i = 0; i < count; ++i) store_elem<T>(out.b, i, load_elem<T>(n, count - 1 - i));
-    commit(s->z[zd.num], out);
-  });
+  vec48 out;
+  sve_rev(reinterpret_cast<char*>(out.b), reinterpret_cast<const char*>(s->z[zn.num]),
+          static_cast<element_size>(zd.elem));
+  commit(s->z[zd.num], out);
   return AARCH64_DECODE_OK;
 }
 

@@ -12,3 +12,5 @@ void sve_uzp1(char* dst, const char* a, const char* b, element_size size);
 void sve_zip1(char* dst, const char* a, const char* b, element_size size);
 // Pairs a[i], b[i] from the high halves.
 void sve_zip2(char* dst, const char* a, const char* b, element_size size);
+// The elements of a in reverse order.
+void sve_rev(char* dst, const char* a, element_size size);

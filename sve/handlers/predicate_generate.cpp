@@ -1,0 +1,84 @@
+// Predicates made from nothing but operands: pfalse, ptrue with a pattern,
+// and the while family, whose run of true elements stops at the first
+// element that fails its compare and which sets the flags.
+#include <type_traits>
+
+#include "handlers.h"
+#include "pattern_count.h"
+#include "predicate_scan.h"
+
+aarch64_decode_rc sve_pfalse_p(cpu_state* s, aarch64_p_reg pd) {
+  std::memset(s->p[pd.num], 0, 48);
+  return AARCH64_DECODE_OK;
+}
+
+aarch64_decode_rc sve_ptrue_pi(cpu_state* s, aarch64_p_reg pd, unsigned int pattern) {
+  by_element_size(pd.elem, [&](auto t) {
+    using T = decltype(t);
+    const unsigned n = pattern_count<T>(pattern);
+    for (unsigned i = 0; i < 48 / sizeof(T); ++i) set_pred_elem<T>(s->p[pd.num], i, i < n);
+  });
+  return AARCH64_DECODE_OK;
+}
+
+namespace {
+
+struct less_than {
+  template <typename R> bool operator()(R a, R b) const { return a < b; }
+};
+struct lower_or_same {
+  template <typename R> bool operator()(R a, R b) const { return a <= b; }
+};
+
+constexpr bool kSigned = true, kUnsigned = false;
+
+// T is the predicate element, R the register as compared: 32 or 64 bits,
+// signed or not. Rn + i wraps at the register width.
+template <typename T, typename R, typename Cond>
+void while_run(cpu_state* s, aarch64_p_reg pd, R rn, R rm, Cond cond) {
+  using U = std::make_unsigned_t<R>;
+  vec48 result;
+  bool run = true;
+  for (unsigned i = 0; i < 48 / sizeof(T); ++i) {
+    run = run && cond(static_cast<R>(static_cast<U>(rn) + i), rm);
+    set_pred_elem<T>(result.b, i, run);
+  }
+  write_flags(s, unmasked_flags<T>(result.b));
+  commit(s->p[pd.num], result);
+}
+
+// The width rides in the Rn descriptor: 3 is the X form, anything else the
+// W form, which compares the low halves only.
+template <bool Signed, typename Cond>
+aarch64_decode_rc while_any(cpu_state* s, aarch64_p_reg pd, aarch64_i_reg rn, aarch64_i_reg rm,
+                            Cond cond) {
+  const uint64_t n = read_reg(s, rn), m = read_reg(s, rm);
+  by_element_size(pd.elem, [&](auto t) {
+    using T = decltype(t);
+    if (rn.elem == ELEM_D) {
+      using R = std::conditional_t<Signed, int64_t, uint64_t>;
+      while_run<T>(s, pd, static_cast<R>(n), static_cast<R>(m), cond);
+    } else {
+      using R = std::conditional_t<Signed, int32_t, uint32_t>;
+      while_run<T>(s, pd, static_cast<R>(n), static_cast<R>(m), cond);
+    }
+  });
+  return AARCH64_DECODE_OK;
+}
+
+} // namespace
+
+aarch64_decode_rc sve_whilelt_prr(cpu_state* s, aarch64_p_reg pd, aarch64_i_reg rn,
+                                  aarch64_i_reg rm) {
+  return while_any<kSigned>(s, pd, rn, rm, less_than{});
+}
+
+aarch64_decode_rc sve_whilelo_prr(cpu_state* s, aarch64_p_reg pd, aarch64_i_reg rn,
+                                  aarch64_i_reg rm) {
+  return while_any<kUnsigned>(s, pd, rn, rm, less_than{});
+}
+
+aarch64_decode_rc sve_whilels_prr(cpu_state* s, aarch64_p_reg pd, aarch64_i_reg rn,
+                                  aarch64_i_reg rm) {
+  return while_any<kUnsigned>(s, pd, rn, rm, lower_or_same{});
+}
