@@ -2,7 +2,7 @@
 BUILD ?= build
 CMAKE_FLAGS ?=
 
-.PHONY: all deps configure build test demo reference clean
+.PHONY: all deps configure build test demo reference bench clean
 
 all: build
 
@@ -27,6 +27,12 @@ demo: build
 # docs/reference.md.
 reference: build
 	cmake --build $(BUILD) --target reference
+
+# The benchmark kernels on the reference and under zorvo; rewrites
+# bench/results.md. Options go in BENCH_ARGS (python3 bench/bench.py --help),
+# e.g. BENCH_ARGS="--label after --compare bench/results.md".
+bench: build
+	python3 bench/bench.py --build $(BUILD) $(BENCH_ARGS)
 
 clean:
 	rm -rf $(BUILD)
