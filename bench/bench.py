@@ -100,57 +100,89 @@ def failure(status, out, err):
     return "fails: status %s (%s)" % (status, last[:80])
 
 
-def measure(kernel, args, scratch):
-    path = os.path.join(args.build, "bench", kernel)
-    plugin = os.path.abspath(os.path.join(args.build, "bench", "insncount.so"))
-    zorvo = os.path.join(args.build, "tools", "zorvo")
-    counts_file = os.path.join(scratch, "counts")
-    qemu = ["qemu-aarch64", "-L", SYSROOT]
-    with_plugin = ["-plugin", plugin + ",out=" + counts_file]
-    reference = qemu + ["-cpu", REFERENCE_CPU]
-    no_sve = " ".join(qemu + ["-cpu", NO_SVE_CPU])
-    plain_env = dict(os.environ, ZORVO_QEMU=no_sve)
-    counted_env = dict(os.environ, ZORVO_QEMU=" ".join([no_sve] + with_plugin))
-    under_zorvo = [zorvo, "--", path]
-    row = {"kernel": kernel}
+class Runner:
+    """Runs programs on the reference and under zorvo, with or without counting."""
 
-    status, out, err, _ = run(reference + with_plugin + [path], counted_env, args.timeout, scratch)
-    row["reference_fails"] = failure(status, out, err)
-    row["reference"] = read_counts(counts_file)
+    def __init__(self, build, timeout, scratch):
+        self.build, self.timeout, self.scratch = build, timeout, scratch
+        self.counts_file = os.path.join(scratch, "counts")
+        plugin = os.path.abspath(os.path.join(build, "bench", "insncount.so"))
+        with_plugin = ["-plugin", plugin + ",out=" + self.counts_file]
+        qemu = ["qemu-aarch64", "-L", SYSROOT]
+        no_sve = " ".join(qemu + ["-cpu", NO_SVE_CPU])
+        zorvo = os.path.join(build, "tools", "zorvo")
+        # Both sides see the same environment, which the guest's start-up reads.
+        env = dict(os.environ, ZORVO_QEMU=no_sve)
+        counted_env = dict(os.environ, ZORVO_QEMU=" ".join([no_sve] + with_plugin))
+        reference = qemu + ["-cpu", REFERENCE_CPU]
+        self.ways = {
+            "reference": (reference, env),
+            "counted reference": (reference + with_plugin, counted_env),
+            "zorvo": ([zorvo, "--"], env),
+            "counted zorvo": ([zorvo, "--stats", "--"], counted_env),
+        }
+
+    def run(self, way, program):
+        """(why it failed or None, stderr, seconds)"""
+        prefix, env = self.ways[way]
+        path = os.path.join(self.build, "bench", program)
+        status, out, err, seconds = run(prefix + [path], env, self.timeout, self.scratch)
+        return failure(status, out, err), err, seconds
+
+    def count(self, way, program):
+        """(why it failed or None, (instructions, SVE instructions), stderr)"""
+        if os.path.exists(self.counts_file):
+            os.remove(self.counts_file)
+        failed, err, _ = self.run(way, program)
+        return failed, read_counts(self.counts_file), err
+
+
+def measure(kernel, runner, runs):
+    row = {"kernel": kernel}
+    row["reference_fails"], row["reference"], _ = runner.count("counted reference", kernel)
     if row["reference_fails"]:
         return row
-
-    if os.path.exists(counts_file):
-        os.remove(counts_file)
-    status, out, err, _ = run([zorvo, "--stats", "--", path], counted_env, args.timeout, scratch)
-    row["zorvo_fails"] = failure(status, out, err)
+    row["zorvo_fails"], row["zorvo"], err = runner.count("counted zorvo", kernel)
     if row["zorvo_fails"]:
         return row
-    row["zorvo"] = read_counts(counts_file)
     stats = re.search(r"(\d+) signals taken, (\d+) fragment entries", err)
     row["signals"], row["entries"] = map(int, stats.groups()) if stats else (None, None)
 
     times = {"reference": [], "zorvo": []}
-    for _ in range(args.runs):
-        status, out, err, seconds = run(reference + [path], plain_env, args.timeout, scratch)
-        times["reference"].append(seconds)
-        status, out, err, seconds = run(under_zorvo, plain_env, args.timeout, scratch)
-        row["zorvo_fails"] = failure(status, out, err)
-        if row["zorvo_fails"]:
-            row["zorvo_fails"] += " (in a timed run)"
-            return row
-        times["zorvo"].append(seconds)
+    for _ in range(runs):
+        for way in times:
+            failed, _, seconds = runner.run(way, kernel)
+            if failed:
+                row[way + "_fails"] = failed + " (in a timed run)"
+                return row
+            times[way].append(seconds)
     row["reference_s"] = statistics.median(times["reference"])
     row["zorvo_s"] = statistics.median(times["zorvo"])
     return row
 
 
-def per_sve(row):
-    """Guest instructions per emulated SVE instruction, or None."""
+def startup_cost(runner):
+    """Guest instructions zorvo adds to a program without SVE, or None."""
+    ref_failed, ref, _ = runner.count("counted reference", "no_sve")
+    zorvo_failed, zorvo, _ = runner.count("counted zorvo", "no_sve")
+    if ref_failed or zorvo_failed or not ref or not zorvo:
+        return None
+    return zorvo[0] - ref[0]
+
+
+def per_sve(row, startup=0):
+    """Guest instructions per emulated SVE instruction, or None; without
+    zorvo's start-up when that is given."""
     if not row.get("zorvo") or not row.get("reference") or not row["reference"][1]:
         return None
+    if startup is None:
+        return None
     total, sve = row["reference"]
-    return (row["zorvo"][0] - (total - sve)) / sve
+    return (row["zorvo"][0] - startup - (total - sve)) / sve
+
+
+def time_ratio(row):
+    return row["zorvo_s"] / row["reference_s"] if row.get("reference_s") else None
 
 
 def signals_per_entry(row):
@@ -161,23 +193,32 @@ def fmt(value, spec):
     return "—" if value is None else format(value, spec)
 
 
-def results_table(rows):
+def result(row):
+    if row.get("reference_fails"):
+        return "reference " + row["reference_fails"]
+    return row.get("zorvo_fails") or "ok"
+
+
+def short_result(row):
+    return "not run" if "reference" not in row else result(row).split(":")[0]
+
+
+def results_table(figures):
     lines = [
         "| kernel | under zorvo | reference instructions | reference SVE | zorvo instructions "
-        "| instructions per emulated SVE | reference s | zorvo s | time ratio "
-        "| signals per block execution |",
-        "|---|---|---:|---:|---:|---:|---:|---:|---:|---:|",
+        "| instructions per emulated SVE | the same without start-up | reference s | zorvo s "
+        "| time ratio | signals per block execution |",
+        "|---|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|",
     ]
+    rows = figures["rows"]
     for r in rows:
         ref = r.get("reference") or (None, None)
-        result = r.get("reference_fails") and "reference " + r["reference_fails"]
-        result = result or r.get("zorvo_fails") or "ok"
-        ratio = r["zorvo_s"] / r["reference_s"] if r.get("reference_s") else None
         lines.append("| %s |" % " | ".join([
-            r["kernel"], result, fmt(ref[0], ","), fmt(ref[1], ","),
+            r["kernel"], result(r), fmt(ref[0], ","), fmt(ref[1], ","),
             fmt((r.get("zorvo") or (None,))[0], ","), fmt(per_sve(r), ",.1f"),
-            fmt(r.get("reference_s"), ".3f"), fmt(r.get("zorvo_s"), ".3f"),
-            fmt(ratio, ".1f"), fmt(signals_per_entry(r), ".3f")]))
+            fmt(per_sve(r, figures["startup"]), ",.1f"), fmt(r.get("reference_s"), ".3f"),
+            fmt(r.get("zorvo_s"), ".3f"), fmt(time_ratio(r), ".1f"),
+            fmt(signals_per_entry(r), ".3g")]))
     return "\n".join(lines)
 
 
@@ -186,9 +227,9 @@ def comparison_table(before, after):
     old = {r["kernel"]: r for r in before["rows"]}
     head = "%s → %s" % (before["label"], after["label"])
     lines = [
-        "| kernel (%s) | instructions per emulated SVE | zorvo s | signals per block execution |"
-        % head,
-        "|---|---:|---:|---:|",
+        "| kernel (%s) | under zorvo | instructions per emulated SVE | the same without start-up "
+        "| zorvo s | time ratio | signals per block execution |" % head,
+        "|---|---|---:|---:|---:|---:|---:|",
     ]
 
     def pair(then, now, spec):
@@ -196,10 +237,13 @@ def comparison_table(before, after):
 
     for r in after["rows"]:
         o = old.get(r["kernel"], {"kernel": r["kernel"]})
-        lines.append("| %s | %s | %s | %s |" % (
-            r["kernel"], pair(per_sve(o), per_sve(r), ",.1f"),
+        lines.append("| %s |" % " | ".join([
+            r["kernel"], "%s → %s" % (short_result(o), short_result(r)),
+            pair(per_sve(o), per_sve(r), ",.1f"),
+            pair(per_sve(o, before["startup"]), per_sve(r, after["startup"]), ",.1f"),
             pair(o.get("zorvo_s"), r.get("zorvo_s"), ".3f"),
-            pair(signals_per_entry(o), signals_per_entry(r), ".3f")))
+            pair(time_ratio(o), time_ratio(r), ".1f"),
+            pair(signals_per_entry(o), signals_per_entry(r), ".3g")]))
     return "\n".join(lines)
 
 
@@ -226,8 +270,13 @@ def read_previous(path):
 
 
 def default_label():
-    head = subprocess.run(["git", "rev-parse", "--short", "HEAD"], capture_output=True, text=True)
-    return "commit " + head.stdout.strip() if head.returncode == 0 else "this run"
+    git = ["git", "-C", os.path.dirname(os.path.abspath(__file__))]
+    head = subprocess.run(git + ["rev-parse", "--short", "HEAD"], capture_output=True, text=True)
+    if head.returncode != 0:
+        return "this run"
+    changed = subprocess.run(git + ["diff", "--quiet", "HEAD", "--", ":/runtime", ":/sve"])
+    return "commit " + head.stdout.strip() + (" with uncommitted changes" if changed.returncode
+                                              else "")
 
 
 def main():
@@ -249,12 +298,13 @@ def main():
 
     started = datetime.datetime.now()
     load = os.getloadavg()[0]
-    rows = []
+    figures = {"label": args.label or default_label(), "rows": []}
     with tempfile.TemporaryDirectory(prefix="zorvo-bench-") as scratch:
+        runner = Runner(args.build, args.timeout, scratch)
+        figures["startup"] = startup_cost(runner)
         for kernel in kernels:
             print("bench: %s ..." % kernel, file=sys.stderr, flush=True)
-            rows.append(measure(kernel, args, scratch))
-    figures = {"label": args.label or default_label(), "rows": rows}
+            figures["rows"].append(measure(kernel, runner, args.runs))
 
     text = ["# Benchmarks: what an emulated SVE instruction costs", "",
             "`make bench` on %s, runtime: %s." % (started.strftime("%Y-%m-%d %H:%M"),
@@ -264,8 +314,10 @@ def main():
             "instructions per emulated SVE = (zorvo − (reference − reference SVE)) / reference "
             "SVE. Times are the median wall-clock of %d runs of each under qemu, alternating; "
             "the ratio is zorvo / reference. Signals per block execution: `zorvo --stats` "
-            "signals taken / fragment entries." % args.runs, "",
-            results_table(rows), ""]
+            "signals taken / fragment entries. Start-up: zorvo adds %s guest instructions to a "
+            "program without SVE (bench/tools/no_sve.c) before its first SVE instruction."
+            % (args.runs, fmt(figures["startup"], ",")), "",
+            results_table(figures), ""]
     if before:
         text += ["Compared with the earlier run:", "", comparison_table(before, figures), ""]
     text.append(DATA_MARK + json.dumps(figures) + " -->")
