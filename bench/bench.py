@@ -26,6 +26,7 @@ import statistics
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 
 SYSROOT = "/usr/aarch64-linux-gnu"
@@ -38,24 +39,33 @@ STDERR_LIMIT = 1 << 20  # a kernel that loops on a failing word says so endlessl
 def run(cmd, env, timeout, scratch):
     """Runs cmd; returns (status or a reason it was stopped, stdout, stderr, seconds)."""
     out_path, err_path = os.path.join(scratch, "stdout"), os.path.join(scratch, "stderr")
+    stopped, done = [], threading.Event()
+
+    def watch(proc, start):
+        # Off the waiting thread, so that the time measured ends when the program does.
+        while not done.wait(0.1):
+            if time.perf_counter() - start > timeout:
+                stopped.append("timed out after %d s" % timeout)
+            elif os.path.getsize(err_path) > STDERR_LIMIT:
+                stopped.append("stopped after 1 MiB of errors")
+            if stopped:
+                try:
+                    os.killpg(proc.pid, signal.SIGKILL)
+                except ProcessLookupError:
+                    pass
+                return
+
     with open(out_path, "wb") as out, open(err_path, "wb") as err:
         start = time.perf_counter()
         proc = subprocess.Popen(cmd, env=env, stdout=out, stderr=err, start_new_session=True)
-        status = None
-        while status is None:
-            try:
-                status = proc.wait(timeout=0.05)
-            except subprocess.TimeoutExpired:
-                if time.perf_counter() - start > timeout:
-                    status = "timed out after %d s" % timeout
-                elif os.path.getsize(err_path) > STDERR_LIMIT:
-                    status = "stopped after 1 MiB of errors"
-                if status is not None:
-                    os.killpg(proc.pid, signal.SIGKILL)
-                    proc.wait()
+        watcher = threading.Thread(target=watch, args=(proc, start))
+        watcher.start()
+        status = proc.wait()
         seconds = time.perf_counter() - start
+        done.set()
+        watcher.join()
     with open(out_path, errors="replace") as out, open(err_path, errors="replace") as err:
-        return status, out.read(), err.read(), seconds
+        return (stopped[0] if stopped else status), out.read(), err.read(), seconds
 
 
 def read_counts(path):
