@@ -1,0 +1,76 @@
+#!/usr/bin/env python3
+"""Checks of bench.py's reading of runs and its arithmetic, without running kernels."""
+import os
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import bench  # noqa: E402
+
+
+class Failure(unittest.TestCase):
+    def test_a_kernel_that_says_ok_and_exits_0_passes(self):
+        self.assertIsNone(bench.failure(0, "copy_u8: ok (checksum 1)\n", ""))
+
+    def test_the_words_the_emulator_reports_are_named_once_each(self):
+        err = ("Error: failed to emulate SVE instruction 0x0420e3e3 at PC 0x5500000658\n"
+               "Error: failed to emulate SVE instruction 0x0420e3e3 at PC 0x5500000658\n"
+               "Unimplemented instruction: [  5500000660:\t 04a0e3e4\t sve_cnt  ]\n")
+        # Even a kernel that ends up right failed when a word was not carried out.
+        self.assertEqual(bench.failure(0, "k: ok\n", err), "fails: needs cntb, cntw")
+
+    def test_a_wrong_result_a_signal_and_a_stop_are_told_apart(self):
+        self.assertEqual(bench.failure(1, "k: WRONG RESULT (checksum 2)\n", ""),
+                         "fails: wrong result")
+        self.assertEqual(bench.failure(-11, "", ""), "fails: killed by SIGSEGV")
+        self.assertEqual(bench.failure(139, "", ""), "fails: killed by SIGSEGV")
+        self.assertEqual(bench.failure("timed out after 5 s", "", ""), "fails: timed out after 5 s")
+        self.assertEqual(bench.failure(0, "no verdict\n", "zorvo: oops\n"),
+                         "fails: status 0 (zorvo: oops)")
+
+
+class Run(unittest.TestCase):
+    def test_a_run_past_its_time_is_stopped(self):
+        with tempfile.TemporaryDirectory() as scratch:
+            status, _, _, seconds = bench.run(["sleep", "30"], None, 1, scratch)
+        self.assertEqual(status, "timed out after 1 s")
+        self.assertLess(seconds, 10)
+
+    def test_a_run_that_floods_standard_error_is_stopped(self):
+        with tempfile.TemporaryDirectory() as scratch:
+            status, _, _, _ = bench.run(["sh", "-c", "yes error >&2"], None, 60, scratch)
+        self.assertEqual(status, "stopped after 1 MiB of errors")
+
+
+ROW = {"kernel": "k", "reference": (1000, 200), "zorvo": (5800, 0),
+       "signals": 50, "entries": 200, "reference_s": 0.5, "zorvo_s": 2.0}
+
+
+class Figures(unittest.TestCase):
+    def test_instructions_per_emulated_sve_instruction(self):
+        # 800 non-SVE instructions run as they are; 5000 are spent on 200 SVE words.
+        self.assertEqual(bench.per_sve(ROW), 25.0)
+        self.assertEqual(bench.per_sve(ROW, startup=1000), 20.0)
+        self.assertIsNone(bench.per_sve(ROW, startup=None))
+        self.assertIsNone(bench.per_sve({"kernel": "k", "reference": (1000, 200)}))
+
+    def test_an_earlier_run_is_read_back_and_shown_next_to_this_one(self):
+        before = {"label": "before", "startup": 1000, "rows": [ROW]}
+        after = {"label": "after", "startup": 0,
+                 "rows": [dict(ROW, zorvo=(3800, 0), signals=0, zorvo_s=1.0),
+                          {"kernel": "new", "reference": (10, 1), "zorvo_fails": "fails: x"}]}
+        with tempfile.NamedTemporaryFile("w", suffix=".md") as f:
+            f.write("# table\n\n" + bench.DATA_MARK + bench.json.dumps(before) + " -->\n")
+            f.flush()
+            read = bench.read_previous(f.name)
+        lines = bench.comparison_table(read, after).splitlines()
+        self.assertIn("before → after", lines[0])
+        self.assertEqual(lines[2], "| k | ok → ok | 25.0 → 15.0 | 20.0 → 15.0 | 2.000 → 1.000 "
+                                   "| 4.0 → 2.0 | 0.25 → 0 |")
+        self.assertEqual(lines[3], "| new | not run → fails | — → — | — → — | — → — | — → — "
+                                   "| — → — |")
+
+
+if __name__ == "__main__":
+    unittest.main()
