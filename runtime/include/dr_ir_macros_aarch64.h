@@ -57,6 +57,7 @@
   instr_create_1dst_4src((dc), OP_movk, (rt), (rt), (imm16), OPND_CREATE_LSL(), (lsl))
 
 #define INSTR_CREATE_b(dc, pc) instr_create_0dst_1src((dc), OP_b, (pc))
+#define INSTR_CREATE_cbz(dc, pc, reg) instr_create_0dst_2src((dc), OP_cbz, (pc), (reg))
 #define INSTR_CREATE_br(dc, xn) instr_create_0dst_1src((dc), OP_br, (xn))
 #define INSTR_CREATE_blr(dc, xn) instr_create_0dst_1src((dc), OP_blr, (xn))
 #define INSTR_CREATE_ret(dc, Rn) instr_create_0dst_1src((dc), OP_ret, (Rn))

@@ -25,6 +25,7 @@ enum {
   OP_blr,
   OP_ret,
   OP_nop,
+  OP_cbz,
   OP_LAST,
 };
 

@@ -26,6 +26,10 @@ int dr_snprintf(char* buf, size_t max, const char* fmt, ...) __attribute__((form
 /* Writes to the runtime's log when its level is at least level. */
 void dr_log(void* drcontext, uint mask, uint level, const char* fmt, ...)
     __attribute__((format(printf, 4, 5)));
+/* Where the application's code at pc can be read: pc itself, or, where the
+ * runtime has changed the word at pc, a copy of the word the application has
+ * there. */
+app_pc dr_app_pc_for_decoding(app_pc pc);
 /* Ends the process at once, without the exit event. */
 void dr_abort(void) __attribute__((noreturn));
 void dr_abort_with_code(int exit_code) __attribute__((noreturn));

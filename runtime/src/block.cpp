@@ -5,9 +5,11 @@
 #include <cstdio>
 #include <cstring>
 
+#include "branch_entry.h"
 #include "emit.h"
 #include "fragments.h"
 #include "runtime.h"
+#include "sites.h"
 
 namespace {
 
@@ -23,9 +25,15 @@ uint32_t word_at(const byte* pc) {
   return word;
 }
 
+// The word the application has at pc, in the build's memory: at a patched
+// site memory holds the branch instead.
 instr_t* app_word(void* drcontext, app_pc pc) {
+  bool on_heap = false;
+  auto* bits = static_cast<byte*>(ir_alloc(drcontext, 4, &on_heap));
+  const uint32_t word = application_word(pc);
+  std::memcpy(bits, &word, 4);
   instr_t* instr = instr_create(drcontext);
-  instr_set_raw_bits(instr, pc, 4);
+  instr_set_raw_bits(instr, bits, 4);
   instr_set_translation(instr, pc);
   instr->flags |= INSTR_FROM_APP;
   return instr;
@@ -77,9 +85,11 @@ void replace_probe(void* drcontext, instrlist_t* bb) {
   dr_abort();
 }
 
-// Encodes bb into the cache, exiting to resume. Null when memory ran out.
+// Encodes bb into the cache, exiting to resume; returns the code that
+// follows the branch entry. Null when memory ran out.
 byte* encode_fragment(rt_thread* t, app_pc tag, instrlist_t* bb, app_pc resume) {
   void* dc = t;
+  prepend_branch_entry(dc, bb);
   size_t size = 0;
   for (instr_t* i = instrlist_first(bb); i; i = instr_get_next(i)) size += encoded_length(i);
   // The exit: a load and a branch, or a load and the trap with its target.
@@ -94,7 +104,7 @@ byte* encode_fragment(rt_thread* t, app_pc tag, instrlist_t* bb, app_pc resume) 
     if (pc == nullptr) cannot_encode(tag, i);
   }
   __builtin___clear_cache(reinterpret_cast<char*>(code), reinterpret_cast<char*>(pc));
-  return code;
+  return code + kBranchEntryLength;
 }
 
 } // namespace
@@ -103,7 +113,9 @@ bool is_sve_word(uint32_t word) { return ((word >> 25) & 0xf) == 0x2; }
 
 int block_words(app_pc pc) {
   int n = 0;
-  while (n < kMaxBlockWords && same_page(pc, pc + 4 * n) && is_sve_word(word_at(pc + 4 * n))) ++n;
+  while (n < kMaxBlockWords && same_page(pc, pc + 4 * n) &&
+         is_sve_word(application_word(pc + 4 * n)))
+    ++n;
   return n;
 }
 

@@ -27,6 +27,7 @@ reg_fields fields_of(reg_id_t r) {
   if (r == DR_REG_NZCV) return {RC_SYS, 0x5a10, false, false};
   if (r == DR_REG_FPCR) return {RC_SYS, 0x5a20, false, false};
   if (r == DR_REG_FPSR) return {RC_SYS, 0x5a21, false, false};
+  if (r == DR_REG_TPIDR_EL0) return {RC_SYS, 0x5e82, false, false};
   return {RC_NONE, 0, false, false};
 }
 
@@ -197,6 +198,19 @@ bool encode_branch(instr_t* in, const byte* final_pc, uint32_t* word) {
   return true;
 }
 
+// cbz Rt, label: the label within a megabyte either way.
+bool encode_compare_branch(instr_t* in, const byte* final_pc, uint32_t* word) {
+  if (in->num_srcs != 2 || in->srcs[0].kind != OPND_PC || !is_reg(in->srcs[1])) return false;
+  const reg_fields t = fields_of(in->srcs[1].reg);
+  const ptrdiff_t offset = in->srcs[0].value.pc - final_pc;
+  if (!zr_form(t) || offset % 4 != 0 || offset < -(ptrdiff_t(1) << 20) ||
+      offset >= (ptrdiff_t(1) << 20))
+    return false;
+  *word =
+      (t.cls == RC_X ? 0xb4000000u : 0x34000000u) | (uint32_t(offset / 4) & 0x7ffff) << 5 | t.num;
+  return true;
+}
+
 bool encode_word(instr_t* in, const byte* final_pc, uint32_t* word) {
   switch (in->opcode) {
   case OP_add:
@@ -222,6 +236,8 @@ bool encode_word(instr_t* in, const byte* final_pc, uint32_t* word) {
     return encode_branch_register(in, word);
   case OP_b:
     return encode_branch(in, final_pc, word);
+  case OP_cbz:
+    return encode_compare_branch(in, final_pc, word);
   case OP_nop:
     *word = 0xd503201f;
     return true;

@@ -39,13 +39,20 @@ bool grow(fragment_table* table) {
   return true;
 }
 
-bool reaches(const byte* chunk, size_t size, app_pc target) {
-  return chunk - target > -kBranchReach && chunk + size - target < kBranchReach;
+byte* take(code_chunk* c, size_t size) {
+  c->used += size;
+  return reinterpret_cast<byte*>(c) + c->used - size;
 }
 
-// A new chunk near target: free addresses are tried outwards from it, on
-// both sides, until the branch reach runs out. Null when none is free.
-code_chunk* map_chunk_near(size_t size, app_pc target) {
+} // namespace
+
+bool within_branch_reach(const byte* start, size_t size, app_pc target) {
+  return start - target > -kBranchReach && start + size - target < kBranchReach;
+}
+
+// Free addresses are tried outwards from target, on both sides, until the
+// branch reach runs out.
+byte* map_code_near(size_t size, app_pc target) {
   const uintptr_t page = 4096, step = size + (1 << 20);
   const auto t = reinterpret_cast<uintptr_t>(target);
   for (uintptr_t distance = step; distance + size < uintptr_t(kBranchReach); distance += step)
@@ -55,18 +62,11 @@ code_chunk* map_chunk_near(size_t size, app_pc target) {
       void* p = mmap(reinterpret_cast<void*>(hint), size, PROT_READ | PROT_WRITE | PROT_EXEC,
                      MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
       if (p == MAP_FAILED) continue;
-      if (reaches(static_cast<byte*>(p), size, target)) return static_cast<code_chunk*>(p);
+      if (within_branch_reach(static_cast<byte*>(p), size, target)) return static_cast<byte*>(p);
       munmap(p, size);
     }
   return nullptr;
 }
-
-byte* take(code_chunk* c, size_t size) {
-  c->used += size;
-  return reinterpret_cast<byte*>(c) + c->used - size;
-}
-
-} // namespace
 
 fragment* find_fragment(rt_thread* t, app_pc tag) {
   fragment_table& table = t->fragments;
@@ -96,11 +96,12 @@ byte* reserve_code(rt_thread* t, size_t size, app_pc target, bool* near) {
   size = (size + 15) & ~size_t(15);
   *near = true;
   for (code_chunk* c = t->chunks; c; c = c->next)
-    if (c->size - c->used >= size && reaches(reinterpret_cast<byte*>(c), c->size, target))
+    if (c->size - c->used >= size &&
+        within_branch_reach(reinterpret_cast<byte*>(c), c->size, target))
       return take(c, size);
   const size_t header = (sizeof(code_chunk) + 15) & ~size_t(15);
   const size_t chunk_size = (size + header + kChunkSize - 1) / kChunkSize * kChunkSize;
-  code_chunk* c = map_chunk_near(chunk_size, target);
+  auto* c = reinterpret_cast<code_chunk*>(map_code_near(chunk_size, target));
   if (c == nullptr) {
     *near = false;
     for (code_chunk* old = t->chunks; old; old = old->next)

@@ -13,6 +13,11 @@ void release_fragments(rt_thread* t);
 // says whether that branch can be direct; when no memory near target is
 // free the room lies anywhere. Null when memory ran out.
 byte* reserve_code(rt_thread* t, size_t size, app_pc target, bool* reaches);
+// Whether code at [start, start + size) can branch directly to target.
+bool within_branch_reach(const byte* start, size_t size, app_pc target);
+// New executable memory within branch reach of target; null when none is
+// free there.
+byte* map_code_near(size_t size, app_pc target);
 // Whether pc lies in the thread's code cache.
 bool in_code_cache(rt_thread* t, app_pc pc);
 void release_code_cache(rt_thread* t);

@@ -11,6 +11,7 @@
 
 #include "runtime.h"
 #include "signals.h"
+#include "sites.h"
 #include "thread.h"
 
 std::atomic<bool> runtime_ready;
@@ -46,9 +47,9 @@ void restore_environment() {
     setenv("LD_PRELOAD", saved + 1, 1);
   else
     unsetenv("LD_PRELOAD");
-  static const char* const kOwnVariables[] = {"ZORVO_SAVED_LD_PRELOAD", "ZORVO_CLIENT",
-                                              "ZORVO_CLIENT_ARGS",      "ZORVO_STATS",
-                                              "ZORVO_LOGLEVEL",         "ZORVO_LAUNCHED"};
+  static const char* const kOwnVariables[] = {
+      "ZORVO_SAVED_LD_PRELOAD", "ZORVO_CLIENT",   "ZORVO_CLIENT_ARGS",    "ZORVO_STATS",
+      "ZORVO_LOGLEVEL",         "ZORVO_LAUNCHED", "ZORVO_ENTRY_BY_SIGNAL"};
   for (const char* name : kOwnVariables) unsetenv(name);
 }
 
@@ -105,6 +106,7 @@ void on_process_exit() {
 __attribute__((constructor)) void runtime_start() {
   settings.log_level = env_int("ZORVO_LOGLEVEL", 0);
   settings.print_stats = env_int("ZORVO_STATS", 0) != 0;
+  settings.entry_by_signal = env_int("ZORVO_ENTRY_BY_SIGNAL", 0) != 0;
   const char* client = getenv("ZORVO_CLIENT");
   const char* client_args = getenv("ZORVO_CLIENT_ARGS");
   char* client_path = client && *client ? strdup(client) : nullptr;
@@ -115,6 +117,7 @@ __attribute__((constructor)) void runtime_start() {
   keep_private_handles();
   read_application_name();
   thread_exit_hook_init();
+  site_patching_init();
   take_sigill();
   if (client_path) load_client(client_path, args);
   if (attach_thread() == nullptr) fail("no memory for the first thread", nullptr);

@@ -8,15 +8,16 @@ namespace {
 bool in_range(reg_id_t r, int first, int last) { return r >= first && r <= last; }
 
 const char* const kGprNames[] = {
-    "x0",  "x1",  "x2",  "x3",  "x4",  "x5",  "x6",  "x7",   "x8",   "x9",  "x10", "x11", "x12",
-    "x13", "x14", "x15", "x16", "x17", "x18", "x19", "x20",  "x21",  "x22", "x23", "x24", "x25",
-    "x26", "x27", "x28", "x29", "x30", "sp",  "xzr", "w0",   "w1",   "w2",  "w3",  "w4",  "w5",
-    "w6",  "w7",  "w8",  "w9",  "w10", "w11", "w12", "w13",  "w14",  "w15", "w16", "w17", "w18",
-    "w19", "w20", "w21", "w22", "w23", "w24", "w25", "w26",  "w27",  "w28", "w29", "w30", "wsp",
-    "wzr", "q0",  "q1",  "q2",  "q3",  "q4",  "q5",  "q6",   "q7",   "q8",  "q9",  "q10", "q11",
-    "q12", "q13", "q14", "q15", "q16", "q17", "q18", "q19",  "q20",  "q21", "q22", "q23", "q24",
-    "q25", "q26", "q27", "q28", "q29", "q30", "q31", "nzcv", "fpcr", "fpsr"};
-static_assert(sizeof(kGprNames) / sizeof(kGprNames[0]) == DR_REG_FPSR - DR_REG_X0 + 1);
+    "x0",  "x1",  "x2",   "x3",   "x4",   "x5",       "x6",  "x7",  "x8",  "x9",  "x10", "x11",
+    "x12", "x13", "x14",  "x15",  "x16",  "x17",      "x18", "x19", "x20", "x21", "x22", "x23",
+    "x24", "x25", "x26",  "x27",  "x28",  "x29",      "x30", "sp",  "xzr", "w0",  "w1",  "w2",
+    "w3",  "w4",  "w5",   "w6",   "w7",   "w8",       "w9",  "w10", "w11", "w12", "w13", "w14",
+    "w15", "w16", "w17",  "w18",  "w19",  "w20",      "w21", "w22", "w23", "w24", "w25", "w26",
+    "w27", "w28", "w29",  "w30",  "wsp",  "wzr",      "q0",  "q1",  "q2",  "q3",  "q4",  "q5",
+    "q6",  "q7",  "q8",   "q9",   "q10",  "q11",      "q12", "q13", "q14", "q15", "q16", "q17",
+    "q18", "q19", "q20",  "q21",  "q22",  "q23",      "q24", "q25", "q26", "q27", "q28", "q29",
+    "q30", "q31", "nzcv", "fpcr", "fpsr", "tpidr_el0"};
+static_assert(sizeof(kGprNames) / sizeof(kGprNames[0]) == DR_REG_TPIDR_EL0 - DR_REG_X0 + 1);
 
 } // namespace
 
@@ -154,7 +155,7 @@ opnd_size_t reg_get_size(reg_id_t reg) {
   if (in_range(reg, DR_REG_X0, DR_REG_XZR)) return OPSZ_8;
   if (in_range(reg, DR_REG_W0, DR_REG_WZR)) return OPSZ_4;
   if (in_range(reg, DR_REG_Q0, DR_REG_Q31)) return OPSZ_16;
-  if (in_range(reg, DR_REG_NZCV, DR_REG_FPSR)) return OPSZ_8;
+  if (in_range(reg, DR_REG_NZCV, DR_REG_TPIDR_EL0)) return OPSZ_8;
   return OPSZ_NA;
 }
 
@@ -173,7 +174,7 @@ reg_id_t reg_resize_to_opsz(reg_id_t reg, opnd_size_t sz) {
 }
 
 const char* get_register_name(reg_id_t reg) {
-  return in_range(reg, DR_REG_X0, DR_REG_FPSR) ? kGprNames[reg - DR_REG_X0] : "<invalid>";
+  return in_range(reg, DR_REG_X0, DR_REG_TPIDR_EL0) ? kGprNames[reg - DR_REG_X0] : "<invalid>";
 }
 
 } // extern "C"

@@ -17,8 +17,9 @@ struct runtime_counters {
 extern runtime_counters counters;
 
 struct runtime_settings {
-  int log_level;    // dr_log prints at this level and below
-  bool print_stats; // one line of counters at exit
+  int log_level;        // dr_log prints at this level and below
+  bool print_stats;     // one line of counters at exit
+  bool entry_by_signal; // no site is patched: every block entry takes a signal
 };
 extern runtime_settings settings;
 

@@ -12,6 +12,7 @@
 #include "emit.h"
 #include "fragments.h"
 #include "runtime.h"
+#include "sites.h"
 
 libc_functions libc;
 
@@ -19,12 +20,6 @@ namespace {
 
 // What the application asked for SIGILL: the default until it says more.
 struct sigaction app_action;
-
-uint32_t word_at(const void* pc) {
-  uint32_t word;
-  std::memcpy(&word, pc, 4);
-  return word;
-}
 
 // Sets pc and X28 so that returning from the handler runs the fragment.
 void enter(rt_thread* t, ucontext_t* uc, byte* code) {
@@ -54,7 +49,13 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
     uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(target);
     return true;
   }
-  if (!is_sve_word(word_at(pc))) return false;
+  // A thread without a fragment for a patched site traps in the site's
+  // stub, with every register as it was at the site.
+  if (const app_pc site = site_of_stub(pc)) {
+    pc = site;
+    uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(site);
+  }
+  if (!is_sve_word(application_word(pc))) return false;
   fragment* f = t != nullptr ? find_fragment(t, pc) : nullptr;
   if (runtime_shut_down && f == nullptr) {
     if (syscall(SYS_gettid) != exiting_thread) wait_for_process_exit();
@@ -66,6 +67,7 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
   }
   if (f == nullptr) f = build_fragment(t, pc);
   if (f->code == nullptr) return false;
+  if (!settings.entry_by_signal) link_site(t, pc, f->code);
   enter(t, uc, f->code);
   return true;
 }

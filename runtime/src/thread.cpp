@@ -7,6 +7,7 @@
 
 #include "fragments.h"
 #include "runtime.h"
+#include "sites.h"
 
 namespace {
 
@@ -29,6 +30,10 @@ size_t thread_record_size() { return (sizeof(rt_thread) + 4095) & ~size_t(4095);
 } // namespace
 
 rt_thread* current_thread() { return current; }
+
+ptrdiff_t current_thread_tls_offset() {
+  return reinterpret_cast<char*>(&current) - static_cast<char*>(__builtin_thread_pointer());
+}
 
 rt_thread* attach_thread() {
   auto* t = static_cast<rt_thread*>(map_pages(thread_record_size()));
@@ -53,6 +58,8 @@ void detach_thread(rt_thread* t) {
   run_thread_exit_events(t);
   pthread_setspecific(exit_key, nullptr);
   if (current == t) current = nullptr;
+  counters.fragment_entries += t->block.branch_entries;
+  release_site_entries(t);
   release_fragments(t);
   release_code_cache(t);
   arena_release(&t->build_arena);

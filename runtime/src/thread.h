@@ -17,6 +17,10 @@ struct thread_block {
   reg_t call_scratch; // X30 while a call changes stacks
   reg_t call_app_sp;  // the stack pointer a call returns to
   reg_t stack_top;    // top of the thread's runtime stack
+  // The thread's fragment for each patched site, by site number, as the
+  // site's stub looks it up; null until the thread has one.
+  byte** site_entries;
+  reg_t branch_entries; // fragment entries by branch, counted by the fragments
 };
 
 constexpr int kSpillOffset = offsetof(thread_block, spill);
@@ -25,6 +29,8 @@ constexpr int kProbeSaveOffset = offsetof(thread_block, probe_save);
 constexpr int kCallScratchOffset = offsetof(thread_block, call_scratch);
 constexpr int kCallAppSpOffset = offsetof(thread_block, call_app_sp);
 constexpr int kStackTopOffset = offsetof(thread_block, stack_top);
+constexpr int kSiteEntriesOffset = offsetof(thread_block, site_entries);
+constexpr int kBranchEntriesOffset = offsetof(thread_block, branch_entries);
 
 // A block's translation: code in the thread's cache, or null when the block's
 // first instruction is one the client left alone, so that the signal at that
@@ -58,6 +64,10 @@ static_assert(offsetof(rt_thread, block) == 0);
 
 // The calling thread, or null if the runtime has not met it yet.
 rt_thread* current_thread();
+// Where that pointer lies relative to the thread pointer (TPIDR_EL0): the
+// same for every thread, so generated code can find its thread without a
+// register of its own.
+ptrdiff_t current_thread_tls_offset();
 // Makes the calling thread known to the runtime and runs the thread-init
 // events; returns the thread, or null when memory ran out.
 rt_thread* attach_thread();

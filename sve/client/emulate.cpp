@@ -19,8 +19,10 @@ void emulate_instruction(uint32_t word, uint8_t* pc, sve_decoder decoder) {
   state->regs[28] = dr_read_saved_reg(drcontext, SPILL_SLOT_3);
 
   if (decoder(state, word) != AARCH64_DECODE_OK) {
+    // The word the application has at pc, also where the runtime has patched
+    // that word in memory.
     uint32_t in_memory;
-    std::memcpy(&in_memory, pc, sizeof in_memory);
+    std::memcpy(&in_memory, dr_app_pc_for_decoding(pc), sizeof in_memory);
     std::fprintf(stderr, "Error: failed to emulate SVE instruction 0x%08x at PC %p\n", in_memory,
                  static_cast<void*>(pc));
   }

@@ -91,8 +91,10 @@ void load_registers(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
 // The 31 steps that stand in for one SVE instruction.
 void replace_instruction(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder) {
   const app_pc pc = instr_get_app_pc(instr);
+  // The runtime may have put a branch over the word in memory; it hands the
+  // application's own word to the block and keeps a copy of it.
   uint32_t word;
-  std::memcpy(&word, pc, sizeof word);
+  std::memcpy(&word, instr_get_raw_bits(instr), sizeof word);
   DR_ASSERT(dr_get_stolen_reg() == DR_REG_X28);
   const auto state = reinterpret_cast<ptr_int_t>(drmgr_get_tls_field(dc, tls_idx));
 
@@ -100,7 +102,7 @@ void replace_instruction(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder 
   emulated.size = sizeof(emulated);
   emulated.pc = pc;
   emulated.instr = instr_create(dc);
-  instr_set_raw_bits(emulated.instr, pc, 4);
+  instr_set_raw_bits(emulated.instr, dr_app_pc_for_decoding(pc), 4);
   instr_set_raw_bits_valid(emulated.instr, true);
   drmgr_insert_emulation_start(dc, bb, instr, &emulated);
 

@@ -174,7 +174,10 @@ void system_moves() {
   const struct {
     reg_id_t reg;
     const char* name;
-  } sysregs[] = {{DR_REG_NZCV, "nzcv"}, {DR_REG_FPCR, "fpcr"}, {DR_REG_FPSR, "fpsr"}};
+  } sysregs[] = {{DR_REG_NZCV, "nzcv"},
+                 {DR_REG_FPCR, "fpcr"},
+                 {DR_REG_FPSR, "fpsr"},
+                 {DR_REG_TPIDR_EL0, "tpidr_el0"}};
   for (const auto& s : sysregs)
     for (int t = 0; t < 32; ++t) {
       emit(INSTR_CREATE_mrs(dc, opnd_create_reg(xreg(t, false)), opnd_create_reg(s.reg)),
@@ -214,6 +217,15 @@ void branches() {
   for (long off : offsets)
     emit(INSTR_CREATE_b(dc, opnd_create_pc(at + off)),
          "b ." + std::string(off < 0 ? "" : "+") + std::to_string(off));
+  const long near[] = {-(1l << 20), -4, 0, 8, 4096, (1l << 20) - 4};
+  for (int t = 0; t < 32; ++t) {
+    const long off = near[t % 6];
+    const std::string target = " ." + std::string(off < 0 ? "" : "+") + std::to_string(off);
+    emit(INSTR_CREATE_cbz(dc, opnd_create_pc(at + off), opnd_create_reg(xreg(t, false))),
+         "cbz " + xname(t, false) + "," + target);
+    emit(INSTR_CREATE_cbz(dc, opnd_create_pc(at + off), opnd_create_reg(wreg(t, false))),
+         "cbz " + wname(t, false) + "," + target);
+  }
   emit(INSTR_CREATE_nop(dc), "nop");
 }
 

@@ -139,6 +139,14 @@ TEST(Encoder, RefusesWhatHasNoEncoding) {
   EXPECT_NE(instr_encode_to_copy(dc, b, buf, far + (ptrdiff_t(1) << 27)), nullptr);
   EXPECT_EQ(instr_encode_to_copy(dc, b, buf, far + (ptrdiff_t(1) << 27) + 4), nullptr);
   instr_destroy(dc, b);
+  // cbz: a megabyte, and never on SP.
+  instr_t* cbz = INSTR_CREATE_cbz(dc, opnd_create_pc(far), x(3));
+  EXPECT_EQ(instr_encode_to_copy(dc, cbz, buf, far - (ptrdiff_t(1) << 20)), nullptr);
+  EXPECT_NE(instr_encode_to_copy(dc, cbz, buf, far - (ptrdiff_t(1) << 20) + 4), nullptr);
+  EXPECT_NE(instr_encode_to_copy(dc, cbz, buf, far + (ptrdiff_t(1) << 20)), nullptr);
+  EXPECT_EQ(instr_encode_to_copy(dc, cbz, buf, far + 2), nullptr);
+  instr_destroy(dc, cbz);
+  EXPECT_FALSE(encodes(INSTR_CREATE_cbz(dc, opnd_create_pc(buf), opnd_create_reg(DR_REG_XSP))));
 }
 
 TEST(GeneratedCode, MovImmediateLoadsEveryPattern) {

@@ -66,6 +66,20 @@ TEST_F(EmulateTest, FailureReportsTheWordInMemoryAndStillWritesBack) {
   EXPECT_EQ(thread.slots[SPILL_SLOT_2], 0x2727u);
 }
 
+TEST_F(EmulateTest, FailureAtAPatchedWordReportsTheApplicationsWord) {
+  const uint32_t branch_in_memory = 0x14000040; // b .+256
+  fake_patched_pc = reinterpret_cast<app_pc>(const_cast<uint32_t*>(&branch_in_memory));
+  fake_original_word = 0x04e704c5;
+  testing::internal::CaptureStderr();
+  emulate_instruction(0x12345678, fake_patched_pc, fails_after_writing_x27);
+  const std::string err = testing::internal::GetCapturedStderr();
+  fake_patched_pc = nullptr;
+  char want[128];
+  std::snprintf(want, sizeof want, "Error: failed to emulate SVE instruction 0x04e704c5 at PC %p\n",
+                static_cast<const void*>(&branch_in_memory));
+  EXPECT_EQ(err, want);
+}
+
 TEST_F(EmulateTest, RunsARealDecoderOnTheThreadsState) {
   std::mt19937_64 rng(5);
   randomize(&state, rng);

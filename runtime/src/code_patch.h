@@ -1,0 +1,16 @@
+// Changing one word of the application's code while other threads may be
+// running it.
+#pragma once
+
+#include "dr_api.h"
+
+// Makes the page that holds at writable as well, keeping whatever else it
+// allows (so it stays executable throughout); returns the protection to put
+// back, or -1 when the page cannot be made writable.
+int open_code_page(app_pc at);
+// One aligned 4-byte store, so a thread running the word sees the old word
+// or the new one, never a mix; then the cache maintenance that makes the new
+// word the one fetched.
+void store_code_word(app_pc at, uint32_t word);
+// Puts back the protection open_code_page returned.
+void close_code_page(app_pc at, int protection);

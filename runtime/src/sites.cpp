@@ -1,0 +1,182 @@
+#include "sites.h"
+
+#include <pthread.h>
+#include <sched.h>
+
+#include <atomic>
+#include <cstring>
+
+#include "branch_entry.h"
+#include "code_patch.h"
+#include "fragments.h"
+
+namespace {
+
+// Site numbers index every thread's entry table, which is reserved whole.
+constexpr uint32_t kMaxSites = 1 << 16;
+constexpr uint32_t kSiteSlots = 2 * kMaxSites; // the table stays half empty
+constexpr size_t kStubChunkSize = 256 * 1024;
+constexpr int kMaxStubChunks = 64;
+
+// Written once, before its site is published; a null stub marks a site that
+// could not be patched.
+struct site_slot {
+  std::atomic<app_pc> site;
+  byte* stub;
+  uint32_t number;
+  uint32_t branch; // the word that replaced the application's
+};
+
+struct stub_chunk {
+  byte* start;
+  size_t used;
+};
+
+// Readers take no lock: the site table and the chunk list only grow, and
+// every entry is complete before it is published.
+std::atomic<site_slot*> site_table;
+stub_chunk stub_chunks[kMaxStubChunks];
+std::atomic<int> stub_chunk_count;
+// Patching is serialised; it happens once per site.
+std::atomic_flag patch_lock = ATOMIC_FLAG_INIT;
+uint32_t site_count;
+
+uint32_t slot_of(app_pc site) {
+  const uint64_t h = (reinterpret_cast<uintptr_t>(site) >> 2) * 0x9e3779b97f4a7c15ull;
+  return static_cast<uint32_t>(h >> 32) & (kSiteSlots - 1);
+}
+
+const site_slot* find_site(app_pc pc) {
+  const site_slot* table = site_table.load(std::memory_order_acquire);
+  if (table == nullptr) return nullptr;
+  for (uint32_t s = slot_of(pc);; s = (s + 1) & (kSiteSlots - 1)) {
+    const app_pc site = table[s].site.load(std::memory_order_acquire);
+    if (site == pc) return &table[s];
+    if (site == nullptr) return nullptr;
+  }
+}
+
+const site_slot* publish_site(site_slot* table, app_pc site, byte* stub, uint32_t number,
+                              uint32_t branch) {
+  uint32_t s = slot_of(site);
+  while (table[s].site.load(std::memory_order_relaxed) != nullptr) s = (s + 1) & (kSiteSlots - 1);
+  table[s].stub = stub;
+  table[s].number = number;
+  table[s].branch = branch;
+  table[s].site.store(site, std::memory_order_release);
+  return &table[s];
+}
+
+// Room for a stub within branch reach of site; null when there is none.
+byte* reserve_stub(app_pc site) {
+  const int count = stub_chunk_count.load(std::memory_order_relaxed);
+  for (int i = count - 1; i >= 0; --i) {
+    stub_chunk& c = stub_chunks[i];
+    if (c.used + kStubSize <= kStubChunkSize &&
+        within_branch_reach(c.start, kStubChunkSize, site)) {
+      c.used += kStubSize;
+      return c.start + c.used - kStubSize;
+    }
+  }
+  if (count == kMaxStubChunks) return nullptr;
+  byte* start = map_code_near(kStubChunkSize, site);
+  if (start == nullptr) return nullptr;
+  stub_chunks[count] = {start, kStubSize};
+  stub_chunk_count.store(count + 1, std::memory_order_release);
+  return start;
+}
+
+// The stub is written and the site published before the branch goes in, so
+// that a thread that meets the branch finds both.
+const site_slot* patch_site(rt_thread* t, site_slot* table, app_pc site) {
+  const uint32_t number = site_count++;
+  const int protection = open_code_page(site);
+  byte* stub = protection >= 0 ? reserve_stub(site) : nullptr;
+  uint32_t branch = 0;
+  if (stub != nullptr &&
+      write_site_stub(t, stub, site, application_word(site), number, current_thread_tls_offset()))
+    branch = branch_word(t, site, stub);
+  if (branch == 0) stub = nullptr;
+  if (stub != nullptr)
+    __builtin___clear_cache(reinterpret_cast<char*>(stub),
+                            reinterpret_cast<char*>(stub + kStubSize));
+  const site_slot* slot = publish_site(table, site, stub, number, branch);
+  if (stub != nullptr) store_code_word(site, branch);
+  if (protection >= 0) close_code_page(site, protection);
+  return slot;
+}
+
+const site_slot* find_or_patch_site(rt_thread* t, app_pc site) {
+  while (patch_lock.test_and_set(std::memory_order_acquire)) sched_yield();
+  const site_slot* slot = find_site(site);
+  site_slot* table = site_table.load(std::memory_order_relaxed);
+  if (table == nullptr) {
+    table = static_cast<site_slot*>(map_pages(kSiteSlots * sizeof(site_slot)));
+    site_table.store(table, std::memory_order_release);
+  }
+  if (slot == nullptr && table != nullptr && site_count < kMaxSites)
+    slot = patch_site(t, table, site);
+  patch_lock.clear(std::memory_order_release);
+  return slot;
+}
+
+void unlock_in_child() { patch_lock.clear(); }
+
+// The record of pc while memory holds its branch (code mapped anew at a
+// patched address is read as it is); *in_memory gets the word in memory.
+// Memory is read first: if it already holds the branch, the record is
+// visible too, since the branch was stored after it, with release.
+const site_slot* patched_site(app_pc pc, uint32_t* in_memory) {
+  *in_memory = __atomic_load_n(reinterpret_cast<const uint32_t*>(pc), __ATOMIC_ACQUIRE);
+  const site_slot* slot = find_site(pc);
+  return slot != nullptr && slot->stub != nullptr && slot->branch == *in_memory ? slot : nullptr;
+}
+
+} // namespace
+
+uint32_t application_word(app_pc pc) {
+  uint32_t word;
+  if (const site_slot* slot = patched_site(pc, &word))
+    std::memcpy(&word, slot->stub + kStubTrapOffset, 4);
+  return word;
+}
+
+app_pc site_of_stub(app_pc pc) {
+  const int count = stub_chunk_count.load(std::memory_order_acquire);
+  for (int i = 0; i < count; ++i) {
+    const byte* start = stub_chunks[i].start;
+    if (pc < start || pc >= start + kStubChunkSize) continue;
+    if ((pc - start) % kStubSize != kStubTrapOffset) return nullptr;
+    app_pc site;
+    std::memcpy(&site, pc - kStubTrapOffset + kStubSiteOffset, sizeof site);
+    return site;
+  }
+  return nullptr;
+}
+
+bool link_site(rt_thread* t, app_pc site, byte* code) {
+  if (t->block.site_entries == nullptr) {
+    t->block.site_entries = static_cast<byte**>(map_pages(kMaxSites * sizeof(byte*)));
+    if (t->block.site_entries == nullptr) return false;
+  }
+  const site_slot* slot = find_or_patch_site(t, site);
+  // Code mapped anew where a patched site was keeps the old record, which
+  // no longer applies; its blocks stay on the signal path.
+  uint32_t in_memory;
+  if (slot == nullptr || patched_site(site, &in_memory) != slot) return false;
+  t->block.site_entries[slot->number] = branch_entry_of(code);
+  return true;
+}
+
+void release_site_entries(rt_thread* t) {
+  unmap_pages(t->block.site_entries, kMaxSites * sizeof(byte*));
+  t->block.site_entries = nullptr;
+}
+
+void site_patching_init() { pthread_atfork(nullptr, nullptr, unlock_in_child); }
+
+extern "C" app_pc dr_app_pc_for_decoding(app_pc pc) {
+  uint32_t in_memory;
+  const site_slot* slot = patched_site(pc, &in_memory);
+  return slot != nullptr ? slot->stub + kStubTrapOffset : pc;
+}

@@ -1,0 +1,22 @@
+// Patched sites: block starts whose first word the runtime has replaced by a
+// branch to a stub, so that a thread that has a fragment for the block
+// enters it without a signal. Fragments stay per thread: the stub picks the
+// current thread's.
+#pragma once
+
+#include "thread.h"
+
+// The application's own word at pc: what is in memory, or, at a patched
+// site, the word the branch replaced.
+uint32_t application_word(app_pc pc);
+// If pc is the trap word of a stub (reached by a thread that has no
+// fragment for the site yet), the site; null otherwise.
+app_pc site_of_stub(app_pc pc);
+// Makes the thread's fragment code for the block at site reachable by
+// branch: patches the site unless done before, and records code as the
+// thread's. False when the site cannot be patched: the signal keeps
+// bringing the thread to the fragment.
+bool link_site(rt_thread* t, app_pc site, byte* code);
+void release_site_entries(rt_thread* t);
+// A child made by fork starts with the lock free.
+void site_patching_init();
