@@ -152,9 +152,11 @@ def measure(kernel, runner, runs):
     row["reference_fails"], row["reference"], _ = runner.count("counted reference", kernel)
     if row["reference_fails"]:
         return row
-    row["zorvo_fails"], row["zorvo"], err = runner.count("counted zorvo", kernel)
+    # The instructions of a failed run measure nothing.
+    row["zorvo_fails"], counts, err = runner.count("counted zorvo", kernel)
     if row["zorvo_fails"]:
         return row
+    row["zorvo"] = counts
     stats = re.search(r"(\d+) signals taken, (\d+) fragment entries", err)
     row["signals"], row["entries"] = map(int, stats.groups()) if stats else (None, None)
 
