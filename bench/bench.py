@@ -113,7 +113,7 @@ def failure(status, out, err):
 class Runner:
     """Runs programs on the reference and under zorvo, with or without counting."""
 
-    def __init__(self, build, timeout, scratch):
+    def __init__(self, build, timeout, scratch, zorvo_options=()):
         self.build, self.timeout, self.scratch = build, timeout, scratch
         self.counts_file = os.path.join(scratch, "counts")
         plugin = os.path.abspath(os.path.join(build, "bench", "insncount.so"))
@@ -128,8 +128,8 @@ class Runner:
         self.ways = {
             "reference": (reference, env),
             "counted reference": (reference + with_plugin, counted_env),
-            "zorvo": ([zorvo, "--"], env),
-            "counted zorvo": ([zorvo, "--stats", "--"], counted_env),
+            "zorvo": ([zorvo, *zorvo_options, "--"], env),
+            "counted zorvo": ([zorvo, "--stats", *zorvo_options, "--"], counted_env),
         }
 
     def run(self, way, program):
@@ -157,8 +157,10 @@ def measure(kernel, runner, runs):
     if row["zorvo_fails"]:
         return row
     row["zorvo"] = counts
-    stats = re.search(r"(\d+) signals taken, (\d+) fragment entries", err)
-    row["signals"], row["entries"] = map(int, stats.groups()) if stats else (None, None)
+    stats = re.search(r"(\d+) blocks built, \d+ fragments, (\d+) signals taken, "
+                      r"(\d+) fragment entries", err)
+    row["blocks"], row["signals"], row["entries"] = (map(int, stats.groups()) if stats
+                                                     else (None, None, None))
 
     times = {"reference": [], "zorvo": []}
     for _ in range(runs):
@@ -201,6 +203,14 @@ def signals_per_entry(row):
     return row["signals"] / row["entries"] if row.get("entries") else None
 
 
+def signals_after_warm_up(row):
+    """Signals beyond the one that builds each block's fragment, per block
+    execution."""
+    if not row.get("entries") or row.get("blocks") is None:
+        return None
+    return (row["signals"] - row["blocks"]) / row["entries"]
+
+
 def fmt(value, spec):
     return "—" if value is None else format(value, spec)
 
@@ -219,8 +229,8 @@ def results_table(figures):
     lines = [
         "| kernel | under zorvo | reference instructions | reference SVE | zorvo instructions "
         "| instructions per emulated SVE | the same without start-up | reference s | zorvo s "
-        "| time ratio | signals per block execution |",
-        "|---|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|",
+        "| time ratio | signals per block execution | the same after warm-up |",
+        "|---|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|---:|",
     ]
     rows = figures["rows"]
     for r in rows:
@@ -230,7 +240,7 @@ def results_table(figures):
             fmt((r.get("zorvo") or (None,))[0], ","), fmt(per_sve(r), ",.1f"),
             fmt(per_sve(r, figures["startup"]), ",.1f"), fmt(r.get("reference_s"), ".3f"),
             fmt(r.get("zorvo_s"), ".3f"), fmt(time_ratio(r), ".1f"),
-            fmt(signals_per_entry(r), ".3g")]))
+            fmt(signals_per_entry(r), ".3g"), fmt(signals_after_warm_up(r), ".3g")]))
     return "\n".join(lines)
 
 
@@ -240,8 +250,8 @@ def comparison_table(before, after):
     head = "%s → %s" % (before["label"], after["label"])
     lines = [
         "| kernel (%s) | under zorvo | instructions per emulated SVE | the same without start-up "
-        "| zorvo s | time ratio | signals per block execution |" % head,
-        "|---|---|---:|---:|---:|---:|---:|",
+        "| zorvo s | time ratio | signals per block execution | the same after warm-up |" % head,
+        "|---|---|---:|---:|---:|---:|---:|---:|",
     ]
 
     def pair(then, now, spec):
@@ -255,7 +265,8 @@ def comparison_table(before, after):
             pair(per_sve(o, before["startup"]), per_sve(r, after["startup"]), ",.1f"),
             pair(o.get("zorvo_s"), r.get("zorvo_s"), ".3f"),
             pair(time_ratio(o), time_ratio(r), ".1f"),
-            pair(signals_per_entry(o), signals_per_entry(r), ".3g")]))
+            pair(signals_per_entry(o), signals_per_entry(r), ".3g"),
+            pair(signals_after_warm_up(o), signals_after_warm_up(r), ".3g")]))
     return "\n".join(lines)
 
 
@@ -299,6 +310,9 @@ def main():
     parser.add_argument("--kernels", help="comma-separated subset of the kernels")
     parser.add_argument("--label", default=None, help="names this run (default: the commit)")
     parser.add_argument("--compare", metavar="FILE", help="an earlier results file to show next to")
+    parser.add_argument("--zorvo-option", action="append", default=[], metavar="OPTION",
+                        help="passed to zorvo in each run (repeatable), "
+                             "e.g. --zorvo-option=--entry-by-signal")
     parser.add_argument("--out", default=os.path.join(os.path.dirname(__file__), "results.md"))
     args = parser.parse_args()
 
@@ -312,7 +326,7 @@ def main():
     load = os.getloadavg()[0]
     figures = {"label": args.label or default_label(), "rows": []}
     with tempfile.TemporaryDirectory(prefix="zorvo-bench-") as scratch:
-        runner = Runner(args.build, args.timeout, scratch)
+        runner = Runner(args.build, args.timeout, scratch, args.zorvo_option)
         figures["startup"] = startup_cost(runner)
         for kernel in kernels:
             print("bench: %s ..." % kernel, file=sys.stderr, flush=True)
@@ -326,7 +340,9 @@ def main():
             "instructions per emulated SVE = (zorvo − (reference − reference SVE)) / reference "
             "SVE. Times are the median wall-clock of %d runs of each under qemu, alternating; "
             "the ratio is zorvo / reference. Signals per block execution: `zorvo --stats` "
-            "signals taken / fragment entries. Start-up: zorvo adds %s guest instructions to a "
+            "signals taken / fragment entries; after warm-up, without the signal by which a "
+            "thread builds a block's fragment: (signals taken − blocks built) / fragment "
+            "entries. Start-up: zorvo adds %s guest instructions to a "
             "program without SVE (bench/tools/no_sve.c) before its first SVE instruction."
             % (args.runs, fmt(figures["startup"], ",")), "",
             results_table(figures), ""]

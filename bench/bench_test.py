@@ -44,7 +44,7 @@ class Run(unittest.TestCase):
 
 
 ROW = {"kernel": "k", "reference": (1000, 200), "zorvo": (5800, 0),
-       "signals": 50, "entries": 200, "reference_s": 0.5, "zorvo_s": 2.0}
+       "blocks": 10, "signals": 50, "entries": 200, "reference_s": 0.5, "zorvo_s": 2.0}
 
 
 class Figures(unittest.TestCase):
@@ -58,7 +58,7 @@ class Figures(unittest.TestCase):
     def test_an_earlier_run_is_read_back_and_shown_next_to_this_one(self):
         before = {"label": "before", "startup": 1000, "rows": [ROW]}
         after = {"label": "after", "startup": 0,
-                 "rows": [dict(ROW, zorvo=(3800, 0), signals=0, zorvo_s=1.0),
+                 "rows": [dict(ROW, zorvo=(3800, 0), signals=10, zorvo_s=1.0),
                           {"kernel": "new", "reference": (10, 1), "zorvo_fails": "fails: x"}]}
         with tempfile.NamedTemporaryFile("w", suffix=".md") as f:
             f.write("# table\n\n" + bench.DATA_MARK + bench.json.dumps(before) + " -->\n")
@@ -67,9 +67,14 @@ class Figures(unittest.TestCase):
         lines = bench.comparison_table(read, after).splitlines()
         self.assertIn("before → after", lines[0])
         self.assertEqual(lines[2], "| k | ok → ok | 25.0 → 15.0 | 20.0 → 15.0 | 2.000 → 1.000 "
-                                   "| 4.0 → 2.0 | 0.25 → 0 |")
+                                   "| 4.0 → 2.0 | 0.25 → 0.05 | 0.2 → 0 |")
         self.assertEqual(lines[3], "| new | not run → fails | — → — | — → — | — → — | — → — "
-                                   "| — → — |")
+                                   "| — → — | — → — |")
+
+    def test_signals_after_warm_up_leave_out_one_per_block_built(self):
+        self.assertEqual(bench.signals_after_warm_up(ROW), 0.2)
+        # Figures from before the block count was read show nothing.
+        self.assertIsNone(bench.signals_after_warm_up(dict(ROW, blocks=None)))
 
 
 if __name__ == "__main__":
