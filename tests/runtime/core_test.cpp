@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "block.h"
+#include "code_words.h"
 #include "emit.h"
 #include "fragments.h"
 #include "runtime.h"
@@ -15,13 +16,7 @@
 
 namespace {
 
-constexpr uint32_t kSveAdd = 0x04a20020, kSveSub = 0x04e704c5, kNop = 0xd503201f;
-
-uint32_t word_at(const byte* p) {
-  uint32_t w;
-  std::memcpy(&w, p, 4);
-  return w;
-}
+constexpr uint32_t kNop = 0xd503201f;
 
 struct CoreTest : ::testing::Test {
   static void SetUpTestSuite() { thread_exit_hook_init(); }
@@ -76,13 +71,6 @@ struct with_fake_client {
   }
   ~with_fake_client() { drmgr_unregister_bb_app2app_event(fake_client); }
 };
-
-app_pc branch_target(const byte* at) {
-  const uint32_t w = word_at(at);
-  EXPECT_EQ(w & 0xfc000000u, 0x14000000u) << std::hex << w;
-  const int32_t imm26 = static_cast<int32_t>(w << 6) >> 6;
-  return const_cast<byte*>(at) + 4 * int64_t{imm26};
-}
 
 TEST_F(CoreTest, FragmentWrapsTheClientsCodeAndBranchesBehindTheBlock) {
   static uint32_t app[] = {kSveAdd, kSveSub, kSveAdd, kNop, kSveAdd};

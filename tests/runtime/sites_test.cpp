@@ -14,25 +14,14 @@
 
 #include "block.h"
 #include "branch_entry.h"
+#include "code_words.h"
 #include "fragments.h"
 #include "sites.h"
 #include "thread.h"
 
 namespace {
 
-constexpr uint32_t kSveAdd = 0x04a20020, kSveSub = 0x04e704c5, kRet = 0xd65f03c0;
-
-uint32_t word_at(const byte* p) {
-  uint32_t w;
-  std::memcpy(&w, p, 4);
-  return w;
-}
-
-byte* branch_target(const byte* at) {
-  const uint32_t w = word_at(at);
-  EXPECT_EQ(w & 0xfc000000u, 0x14000000u) << std::hex << w;
-  return const_cast<byte*>(at) + 4 * int64_t{static_cast<int32_t>(w << 6) >> 6};
-}
+constexpr uint32_t kRet = 0xd65f03c0;
 
 // Stands in for the client: each SVE word becomes add x9, x9, #x9_step, and
 // the words it was handed are kept.
@@ -168,19 +157,21 @@ void on_trap(int, siginfo_t*, void* context) {
   uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(trapped.site + 8);
 }
 
-TEST_F(SitesTest, AThreadWithoutAFragmentTrapsInTheStubWithTheSitesRegisters) {
-  app_code app;
-  fragment* f = build_fragment(t, app.page);
-  ASSERT_TRUE(link_site(t, app.page, f->code));
+// Runs the site on a new thread, prepared by `prepare`, that has no fragment
+// for it: the thread must trap in the stub with the registers it had at the
+// site.
+template <typename F> void expect_trap_in_stub(app_code& app, F prepare) {
   struct sigaction action = {}, old;
   action.sa_sigaction = on_trap;
   action.sa_flags = SA_SIGINFO;
   sigaction(SIGILL, &action, &old);
-
-  // The runtime has never met this thread.
+  trapped = {};
   machine m;
   uint64_t sp_before = 0;
-  std::thread other([&] { m = run(app.page, &sp_before); });
+  std::thread other([&] {
+    prepare();
+    m = run(app.page, &sp_before);
+  });
   other.join();
   sigaction(SIGILL, &old, nullptr);
 
@@ -192,6 +183,21 @@ TEST_F(SitesTest, AThreadWithoutAFragmentTrapsInTheStubWithTheSitesRegisters) {
   EXPECT_EQ(trapped.sp, sp_before);
   EXPECT_EQ(m.x9, 5u); // nothing of the fragment ran
   EXPECT_EQ(m.sp, sp_before);
+}
+
+TEST_F(SitesTest, AThreadWithoutAFragmentTrapsInTheStubWithTheSitesRegisters) {
+  app_code app, elsewhere;
+  fragment* f = build_fragment(t, app.page);
+  ASSERT_TRUE(link_site(t, app.page, f->code));
+  // A thread the runtime has never met,
+  expect_trap_in_stub(app, [] {});
+  // one it has met that has no fragment anywhere,
+  expect_trap_in_stub(app, [] { attach_thread(); });
+  // and one that has fragments, but not for this site.
+  expect_trap_in_stub(app, [&] {
+    rt_thread* other = attach_thread();
+    link_site(other, elsewhere.page, build_fragment(other, elsewhere.page)->code);
+  });
 }
 
 TEST_F(SitesTest, EachThreadEntersItsOwnFragment) {
