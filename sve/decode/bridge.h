@@ -84,6 +84,15 @@ template <typename Kind> struct Imm : Kind {
   static held pass(held v) { return v; }
 };
 
+// An immediate cut to the element's width.
+template <typename Kind> struct ImmElement : Kind {
+  using held = uint64_t;
+  template <uint32_t E> static uint64_t load(const cpu_state*, uint32_t w) {
+    return static_cast<uint64_t>(Kind::template get<E>(w)) & (~uint64_t{0} >> (64 - (8u << E)));
+  }
+  static uint64_t pass(uint64_t v) { return v; }
+};
+
 // ---- Results ----
 
 // A vector built in supplied storage, all 48 bytes to Z register Hi:Lo.

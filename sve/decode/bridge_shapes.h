@@ -61,3 +61,15 @@ using pd_xn_xm = bridge<ToP<3, 0>, Xn, Xm>;
 using flags_xn_xm = bridge<FlagsOnly, Xn, Xm>;
 
 } // namespace bridge_shapes
+
+namespace bridge_shapes {
+
+// Element-wise forms: the merge source (or first operand) in Zd.
+using zd_pgm_zn = bridge<ToZ<4, 0>, Zd, Pg, Zn>;
+using zdn_simm8 = bridge<ToZ<4, 0>, Zd, ImmElement<Simm<12, 5>>>;
+using zdn_uimm8 = bridge<ToZ<4, 0>, Zd, ImmElement<Uimm<12, 5>>>;
+using zdn_uimm8_shifted = bridge<ToZ<4, 0>, Zd, ImmElement<Uimm8Shifted>>;
+using zd_zn_right_shift = bridge<ToZ<4, 0>, Zn, Imm<RightShift<kUnpredicated>>>;
+using zdn_pgm_right_shift = bridge<ToZ<4, 0>, Zd, Pg, Imm<RightShift<kPredicated>>>;
+
+} // namespace bridge_shapes
