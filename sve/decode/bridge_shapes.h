@@ -73,3 +73,22 @@ using zd_zn_right_shift = bridge<ToZ<4, 0>, Zn, Imm<RightShift<kUnpredicated>>>;
 using zdn_pgm_right_shift = bridge<ToZ<4, 0>, Zd, Pg, Imm<RightShift<kPredicated>>>;
 
 } // namespace bridge_shapes
+
+namespace bridge_shapes {
+
+using pd_pg_zn_zm = bridge<ToP<3, 0>, Pg, Zn, Zm>;
+using pd_pg_zn_simm5 = bridge<ToP<3, 0>, Pg, Zn, Imm<Simm<20, 16>>>;
+using pd_pg_zn_uimm7 = bridge<ToP<3, 0>, Pg, Zn, Imm<Uimm<20, 14>>>;
+
+using zdn_rn = bridge<ToZ<4, 0>, Zd, Scalar<R<9, 5, 3>>>;
+using zdn_vn = bridge<ToZ<4, 0>, Zd, SimdScalar<V<9, 5>>>;
+using zd_zn = bridge<ToZ<4, 0>, Zn>;
+using zd_pg_zn = bridge<ToZ<4, 0>, Pg, Zn>;
+
+// Dot products: the accumulator last; the indexed forms take Zm and the
+// index from bits 20:16 by element size.
+using zda_zn_zm = bridge<ToZ<4, 0>, Zn, Zm, Zd>;
+using zda_zn_zm3_index2 = bridge<ToZ<4, 0>, Zn, Vec<Z<18, 16>>, Zd, Imm<Uimm<20, 19>>>;
+using zda_zn_zm4_index1 = bridge<ToZ<4, 0>, Zn, Vec<Z<19, 16>>, Zd, Imm<Uimm<20, 20>>>;
+
+} // namespace bridge_shapes

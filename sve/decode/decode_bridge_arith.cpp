@@ -1,4 +1,4 @@
-// Bridge decoders. Integer vector arithmetic.
+// Bridge decoders. adr and dot products.
 #include "../generic/arith.h"
 #include "bridge_shapes.h"
 
@@ -16,3 +16,12 @@ BRIDGE_DECODER(VecU64LEA4XVV, zd_zn_zm, ELEM_D)
 BRIDGE_DECODER(VecU64LEA4YVV, zd_zn_zm, ELEM_D)
 BRIDGE_DECODER(VecU64LEA8XVV, zd_zn_zm, ELEM_D)
 BRIDGE_DECODER(VecU64LEA8YVV, zd_zn_zm, ELEM_D)
+
+BRIDGE_DECODER(VecS32DotVVVX, zda_zn_zm, ELEM_S)
+BRIDGE_DECODER(VecU32DotVVVX, zda_zn_zm, ELEM_S)
+BRIDGE_DECODER(VecS32DotVVVIX, zda_zn_zm3_index2, ELEM_S)
+BRIDGE_DECODER(VecU32DotVVVIX, zda_zn_zm3_index2, ELEM_S)
+BRIDGE_DECODER(VecS64DotVVVX, zda_zn_zm, ELEM_D)
+BRIDGE_DECODER(VecU64DotVVVX, zda_zn_zm, ELEM_D)
+BRIDGE_DECODER(VecS64DotVVVIX, zda_zn_zm4_index1, ELEM_D)
+BRIDGE_DECODER(VecU64DotVVVIX, zda_zn_zm4_index1, ELEM_D)
