@@ -56,6 +56,11 @@ void show_word(uint32_t word) {
   }
   case DECODER_BRIDGE:
     std::printf("  handler   generic (the generic tier's %s)\n", row->name);
+    if (row->operands->notation) {
+      line_writer fields(text, sizeof text);
+      row->operands->notation(fields);
+      std::printf("  fields    %s\n", text);
+    }
     break;
   case DECODER_EMPTY:
     std::printf("  handler   none (a prefetch: nothing to do)\n");

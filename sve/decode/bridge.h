@@ -5,7 +5,8 @@
 //
 //   BRIDGE_DECODER(VecS32AddReduceV, vd_pg_zn, ELEM_S)
 //
-// defines the decoder VecS32AddReduceV, which calls generic::VecS32AddReduceV.
+// defines the decoder VecS32AddReduceV, which calls generic::VecS32AddReduceV,
+// and VecS32AddReduceV_operands, its description for tools.
 // A bridge shape is the result kind followed by the argument kinds, in the
 // generic function's argument order.
 #pragma once
@@ -18,6 +19,7 @@
 #include "../generic/vector.h"
 #include "decoders.h"
 #include "operands.h"
+#include "thin.h"
 
 // The FPCR bits the generic tier may see: AHP, DN, FZ, RMode, FZ16 and the
 // trap enables.
@@ -32,6 +34,8 @@ CpuContext enter_generic(const cpu_state* s);
 void leave_generic(cpu_state* s, const CpuContext& ctx);
 
 namespace bridge_kinds {
+using operands::kKind;
+using operands::show_field;
 
 // ---- Arguments: an operand kind of operands.h, read as a value ----
 
@@ -102,6 +106,8 @@ template <unsigned Hi, unsigned Lo> struct ToZ {
     Fn(&out, a...);
     std::memcpy(s->z[field(w, Hi, Lo)], out.b, kVectorBytes);
   }
+  static void describe(line_writer& out, uint32_t w) { out.printf("z%u", field(w, Hi, Lo)); }
+  static void notation(line_writer& out) { show_field(out, 'Z', Hi, Lo, nullptr, kKind); }
 };
 
 // A predicate built in supplied storage, unpacked into P register Hi:Lo.
@@ -111,6 +117,8 @@ template <unsigned Hi, unsigned Lo> struct ToP {
     Fn(&out, a...);
     unpack_predicate(out, s->p[field(w, Hi, Lo)]);
   }
+  static void describe(line_writer& out, uint32_t w) { out.printf("p%u", field(w, Hi, Lo)); }
+  static void notation(line_writer& out) { show_field(out, 'P', Hi, Lo, nullptr, kKind); }
 };
 
 // A returned scalar into general register 4:0 (31 discards it), cut to
@@ -120,6 +128,16 @@ template <unsigned Bits> struct ToX {
     const uint64_t value = Fn(a...);
     write_reg(s, aarch64_i_reg{field(w, 4, 0), 3, kRNone, kRNone},
               Bits == 64 ? value : value & ((uint64_t{1} << Bits) - 1));
+  }
+  static void describe(line_writer& out, uint32_t w) {
+    const char prefix = Bits == 64 ? 'x' : 'w';
+    if (field(w, 4, 0) == 31)
+      out.printf("%czr", prefix);
+    else
+      out.printf("%c%u", prefix, field(w, 4, 0));
+  }
+  static void notation(line_writer& out) {
+    show_field(out, 'R', 4, 0, nullptr, Bits == 64 ? 3 : 2);
   }
 };
 
@@ -132,11 +150,22 @@ template <unsigned Bytes> struct ToV {
     std::memset(z, 0, kVectorBytes);
     std::memcpy(z, &value, Bytes);
   }
+  static void describe(line_writer& out, uint32_t w) {
+    out.printf("%c%u",
+               Bytes == 1   ? 'b'
+               : Bytes == 2 ? 'h'
+               : Bytes == 4 ? 's'
+                            : 'd',
+               field(w, 4, 0));
+  }
+  static void notation(line_writer& out) { show_field(out, 'V', 4, 0, nullptr, kKind); }
 };
 
 // Only the flags in the context change.
 struct FlagsOnly {
   template <auto Fn, typename... A> static void call(cpu_state*, uint32_t, A... a) { Fn(a...); }
+  static void describe(line_writer& out, uint32_t) { out.printf("nzcv"); }
+  static void notation(line_writer& out) { out.printf("NZCV"); }
 };
 
 } // namespace bridge_kinds
@@ -147,6 +176,21 @@ template <typename Result, typename... Args> struct bridge {
     call<E, Fn>(s, w, ctx, std::index_sequence_for<Args...>{});
     leave_generic(s, ctx);
     return AARCH64_DECODE_OK;
+  }
+
+  // The arguments as a thin decoder describes them, then the destination.
+  template <uint32_t E> static void describe(line_writer& out, uint32_t w) {
+    shape<Args...>::template describe<E>(out, w);
+    out.printf(" -> ");
+    Result::describe(out, w);
+  }
+  static void notation(line_writer& out) {
+    shape<Args...>::notation(out);
+    out.printf(" -> ");
+    Result::notation(out);
+  }
+  template <uint32_t E> static constexpr thin_operands operands() {
+    return {&describe<E>, &notation, E, false};
   }
 
 private:
@@ -160,4 +204,5 @@ private:
 #define BRIDGE_DECODER(name, shape_type, elem)                                                     \
   aarch64_decode_rc name(cpu_state* s, uint32_t w) {                                               \
     return shape_type::run<elem, generic::name>(s, w);                                             \
-  }
+  }                                                                                                \
+  const thin_operands name##_operands = shape_type::operands<elem>();

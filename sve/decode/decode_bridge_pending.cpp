@@ -3,7 +3,8 @@
 #include "decoders.h"
 
 #define BRIDGE_PENDING(name)                                                                       \
-  aarch64_decode_rc name(cpu_state*, uint32_t) { return AARCH64_DECODE_UNIMPLEMENTED; }
+  aarch64_decode_rc name(cpu_state*, uint32_t) { return AARCH64_DECODE_UNIMPLEMENTED; }            \
+  const thin_operands name##_operands = {};
 
 BRIDGE_PENDING(VecF16AddVIM)
 BRIDGE_PENDING(VecF16SubVIM)

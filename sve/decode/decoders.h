@@ -1,5 +1,5 @@
-// Every decoder named in the decode table. A thin decoder also has its
-// description, `<name>_operands`. Prefetch rows share one decoder that does
+// Every decoder named in the decode table. Thin and bridge decoders also
+// have their description, `<name>_operands`. Prefetch rows share one decoder that does
 // nothing.
 #pragma once
 
@@ -11,7 +11,9 @@
 #define THIN(map, key, name, handler)                                                              \
   aarch64_decode_rc name(cpu_state*, uint32_t);                                                    \
   extern const thin_operands name##_operands;
-#define BRIDGE(map, key, name) aarch64_decode_rc name(cpu_state*, uint32_t);
+#define BRIDGE(map, key, name)                                                                     \
+  aarch64_decode_rc name(cpu_state*, uint32_t);                                                    \
+  extern const thin_operands name##_operands;
 #define EMPTY(map, key, name)
 #include "decode_rows.inc"
 #undef THIN

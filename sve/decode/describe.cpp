@@ -10,6 +10,10 @@ size_t describe_operands(uint32_t word, char* buf, size_t size) {
     out.printf("no decode row");
   } else if (row->kind == DECODER_BRIDGE) {
     out.printf("generic");
+    if (row->operands->describe) {
+      out.printf(": ");
+      row->operands->describe(out, word);
+    }
   } else if (row->kind == DECODER_EMPTY) {
     out.printf("none");
   } else {

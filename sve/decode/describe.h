@@ -14,6 +14,9 @@
 // "S{31, 3} sp"); immediates as their kind and value ("uimm8-shifted 0x1200
 // (4608)", "bitmask(17:5) 0x0000003f0000003f"). When the handler computes
 // with the host's floating point, "; FPSR in and out" follows.
-// Rows of the generic tier: "generic". Prefetch rows: "none". A word that no
+// Rows of the generic tier: "generic: ", the arguments of the generic
+// function described the same way, " -> " and the destination ("z3", "p1",
+// "x0" or "xzr", "w4", "d1", "nzcv"); "generic" alone while the generic
+// function is not written. Prefetch rows: "none". A word that no
 // row matches: "no decode row".
 size_t describe_operands(uint32_t word, char* buf, size_t size);

@@ -27,7 +27,7 @@ const decode_map_info kMaps[kDecodeMapCount] = {
 const decode_row kRows[] = {
 #define THIN(map, key, name, handler)                                                              \
   {MAP_##map, key, name, #name, #handler, DECODER_THIN, &name##_operands},
-#define BRIDGE(map, key, name) {MAP_##map, key, name, #name, "", DECODER_BRIDGE, nullptr},
+#define BRIDGE(map, key, name) {MAP_##map, key, name, #name, "", DECODER_BRIDGE, &name##_operands},
 #define EMPTY(map, key, name) {MAP_##map, key, sve_prefetch_nop, #name, "", DECODER_EMPTY, nullptr},
 #include "decode_rows.inc"
 #undef THIN

@@ -68,7 +68,7 @@ struct decode_row {
   const char* name;    // "VecU16AddVVM"
   const char* handler; // fast handler of a thin decoder, else ""
   decoder_kind kind;
-  const thin_operands* operands; // thin decoders only, else null
+  const thin_operands* operands; // thin and bridge decoders, else null
 };
 
 constexpr int kDecodeMapCount = 44;

@@ -1,5 +1,6 @@
-// What a thin decoder can say about itself, for tools and tests: the running
-// emulator never reads this.
+// What a thin or bridge decoder can say about itself, for tools and tests:
+// the running emulator never reads this. A bridge decoder whose generic
+// function is not written yet has no describe and no notation.
 #pragma once
 
 #include <cstdint>
