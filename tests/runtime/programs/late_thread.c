@@ -6,6 +6,8 @@
 #include <stdint.h>
 #include <stdio.h>
 
+#include "sve_loop.h"
+
 enum { kRounds = 100 };
 
 struct work {
@@ -15,18 +17,7 @@ struct work {
 
 static void run(struct work* w) {
   uint64_t x28 = w->x28;
-  __asm__ volatile("ldr q0, [%[acc]]\n\t"
-                   "ldr q1, [%[step]]\n\t"
-                   "mov x28, %[x28]\n\t"
-                   "mov x9, %[rounds]\n"
-                   "1:\n\t"
-                   "add z0.s, z0.s, z1.s\n\t"
-                   "add z0.s, z0.s, #2\n\t"
-                   "sub z0.s, z0.s, #1\n\t"
-                   "subs x9, x9, #1\n\t"
-                   "b.ne 1b\n\t"
-                   "str q0, [%[acc]]\n\t"
-                   "mov %[x28], x28"
+  __asm__ volatile("mov x28, %[x28]\n\t" SVE_LOOP_ON_Z0_Z1 "mov %[x28], x28"
                    : [x28] "+r"(x28)
                    : [acc] "r"(w->acc), [step] "r"(w->step), [rounds] "r"((uint64_t)kRounds)
                    : "x9", "x28", "v0", "v1", "memory", "cc");

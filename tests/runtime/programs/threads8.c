@@ -5,6 +5,8 @@
 #include <stdint.h>
 #include <stdio.h>
 
+#include "sve_loop.h"
+
 enum { kThreads = 8, kRounds = 300 };
 
 static pthread_barrier_t start_together;
@@ -23,17 +25,7 @@ static void* run(void* p) {
   }
   uint64_t x26 = 0x2600 + w->id, x27 = 0x2700 + w->id, x28 = 0x2800 + w->id;
   pthread_barrier_wait(&start_together);
-  __asm__ volatile("ldr q0, [%[acc]]\n\t"
-                   "ldr q1, [%[step]]\n\t"
-                   "mov x26, %[x26]\n\tmov x27, %[x27]\n\tmov x28, %[x28]\n\t"
-                   "mov x9, %[rounds]\n"
-                   "1:\n\t"
-                   "add z0.s, z0.s, z1.s\n\t"
-                   "add z0.s, z0.s, #2\n\t"
-                   "sub z0.s, z0.s, #1\n\t"
-                   "subs x9, x9, #1\n\t"
-                   "b.ne 1b\n\t"
-                   "str q0, [%[acc]]\n\t"
+  __asm__ volatile("mov x26, %[x26]\n\tmov x27, %[x27]\n\tmov x28, %[x28]\n\t" SVE_LOOP_ON_Z0_Z1
                    "mov %[x26], x26\n\tmov %[x27], x27\n\tmov %[x28], x28"
                    : [x26] "+r"(x26), [x27] "+r"(x27), [x28] "+r"(x28)
                    : [acc] "r"(w->acc), [step] "r"(w->step), [rounds] "r"((uint64_t)kRounds)
