@@ -101,4 +101,25 @@ TEST_F(BridgeTest, CtermLeavesZAndCAndSetsVWhenNeitherTermNorCarry) {
   EXPECT_EQ(s.nzcv, 0xa0000000u);
 }
 
+TEST_F(BridgeTest, ByteImmediateWithTheShiftBitAddsNothing) {
+  // uqadd z0.b, z0.b, #1 with bit 13 set: 0x100 cut to a byte is 0.
+  uint8_t before[kVectorBytes];
+  std::memcpy(before, s.z[0], kVectorBytes);
+  ASSERT_EQ(run_word(&s, 0x2525c020 | 1u << 13), AARCH64_DECODE_OK);
+  EXPECT_EQ(std::memcmp(s.z[0], before, kVectorBytes), 0);
+}
+
+TEST_F(BridgeTest, UnsignedImmediateOfASignedSaturatingAdd) {
+  // sqadd z1.h, z1.h, #65280: the immediate counts as unsigned, so every
+  // element grows and saturates at 0x7fff rather than wrapping.
+  for (unsigned i = 0; i < kVectorBytes / 2; ++i) {
+    s.z[1][2 * i] = 0;
+    s.z[1][2 * i + 1] = 0;
+  }
+  s.z[1][0] = 0x34, s.z[1][1] = 0x12; // element 0 is 0x1234
+  ASSERT_EQ(run_word(&s, 0x2564ffe1), AARCH64_DECODE_OK);
+  EXPECT_EQ(elem(s.z[1], 2, 0), 0x7fffu);
+  EXPECT_EQ(elem(s.z[1], 2, 1), 0x7fffu);
+}
+
 } // namespace
