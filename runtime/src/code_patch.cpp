@@ -39,8 +39,9 @@ uintptr_t read_hex(maps_reader& r, int* stop) {
   return value;
 }
 
-// The protection of the mapping that holds addr; -1 when none does or the
-// table cannot be read.
+// The protection of the private mapping that holds addr; -1 when none does
+// or the table cannot be read. A shared mapping counts as none: a write to it
+// would reach the file and every process that maps it.
 int mapping_protection(uintptr_t addr) {
   maps_reader r{open("/proc/self/maps", O_RDONLY | O_CLOEXEC), 0, 0, {}};
   if (r.fd < 0) return -1;
@@ -50,9 +51,11 @@ int mapping_protection(uintptr_t addr) {
     const uintptr_t end = c == '-' ? read_hex(r, &c) : 0;
     char perms[4] = {};
     for (char& p : perms) p = char(c >= 0 ? (c = next_char(r)) : 0);
-    if (addr >= start && addr < end)
+    if (addr >= start && addr < end) {
+      if (perms[3] != 'p') break;
       protection = (perms[0] == 'r' ? PROT_READ : 0) | (perms[1] == 'w' ? PROT_WRITE : 0) |
                    (perms[2] == 'x' ? PROT_EXEC : 0);
+    }
     while (c >= 0 && c != '\n') c = next_char(r);
   }
   close(r.fd);

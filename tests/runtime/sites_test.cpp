@@ -239,16 +239,20 @@ TEST_F(SitesTest, CodeMappedAnewAtAPatchedSiteIsReadAsItIsAndNotLinked) {
   EXPECT_EQ(word_at(new_code.page), kSveAddVectors);
 }
 
-TEST_F(SitesTest, ASiteOnAPageThatIsNotCodeStaysAsItIs) {
-  auto* data = static_cast<byte*>(
-      mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
-  std::memcpy(data, &kSveAdd, 4);
-  byte code[kBranchEntryLength + 4] = {};
-  EXPECT_FALSE(link_site(t, data, code + kBranchEntryLength));
-  EXPECT_EQ(word_at(data), kSveAdd);
-  EXPECT_EQ(application_word(data), kSveAdd);
-  EXPECT_EQ(permissions_of(data), "rw-");
-  munmap(data, 4096);
+// Data, and code shared with a file or another process, are not patched.
+TEST_F(SitesTest, ASiteOnAPageThatIsNotPrivateCodeStaysAsItIs) {
+  for (const int flags : {MAP_PRIVATE, MAP_SHARED}) {
+    auto* page = static_cast<byte*>(
+        mmap(nullptr, 4096, PROT_READ | PROT_WRITE, flags | MAP_ANONYMOUS, -1, 0));
+    std::memcpy(page, &kSveAdd, 4);
+    const std::string expected = flags == MAP_SHARED ? "r-x" : "rw-";
+    if (flags == MAP_SHARED) mprotect(page, 4096, PROT_READ | PROT_EXEC);
+    byte code[kBranchEntryLength + 4] = {};
+    EXPECT_FALSE(link_site(t, page, code + kBranchEntryLength));
+    EXPECT_EQ(word_at(page), kSveAdd);
+    EXPECT_EQ(application_word(page), kSveAdd);
+    EXPECT_EQ(permissions_of(page), expected);
+  }
 }
 
 } // namespace
