@@ -292,6 +292,23 @@ def read_previous(path):
     sys.exit("bench: %s holds no figures to compare with" % path)
 
 
+def kept_notes(path):
+    """The hand-written sections of an earlier results file: from its first
+    '## ' heading to the figures."""
+    try:
+        with open(path) as f:
+            lines = f.read().split("\n")
+    except OSError:
+        return []
+    notes = []
+    for line in lines:
+        if line.startswith(DATA_MARK):
+            break
+        if notes or line.startswith("## "):
+            notes.append(line)
+    return notes
+
+
 def default_label():
     git = ["git", "-C", os.path.dirname(os.path.abspath(__file__))]
     head = subprocess.run(git + ["rev-parse", "--short", "HEAD"], capture_output=True, text=True)
@@ -348,6 +365,7 @@ def main():
             results_table(figures), ""]
     if before:
         text += ["Compared with the earlier run:", "", comparison_table(before, figures), ""]
+    text += kept_notes(args.out)
     text.append(DATA_MARK + json.dumps(figures) + " -->")
     print("\n".join(text[:-1]))
     with open(args.out, "w") as f:

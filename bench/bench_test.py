@@ -71,6 +71,14 @@ class Figures(unittest.TestCase):
         self.assertEqual(lines[3], "| new | not run → fails | — → — | — → — | — → — | — → — "
                                    "| — → — | — → — |")
 
+    def test_hand_written_sections_outlive_a_new_run(self):
+        with tempfile.NamedTemporaryFile("w", suffix=".md") as f:
+            f.write("# generated\n\n| table |\n\n## Why\n\nBecause.\n\n"
+                    + bench.DATA_MARK + "{} -->\n")
+            f.flush()
+            self.assertEqual(bench.kept_notes(f.name), ["## Why", "", "Because.", ""])
+        self.assertEqual(bench.kept_notes("/nonexistent/results.md"), [])
+
     def test_signals_after_warm_up_leave_out_one_per_block_built(self):
         self.assertEqual(bench.signals_after_warm_up(ROW), 0.2)
         # Figures from before the block count was read show nothing.
