@@ -1,14 +1,14 @@
 #include "bridge.h"
 
-PredV pack_predicate(const uint8_t bytes[kVectorBytes]) {
+#include "../handlers/predicate_form.h"
+
+PredV to_pred_v(const uint8_t bytes[kVectorBytes]) {
   PredV p{};
-  for (unsigned i = 0; i < kVectorBytes; ++i) p.w[0] |= uint64_t(bytes[i] & 1) << i;
+  p.w[0] = pack_predicate(bytes);
   return p;
 }
 
-void unpack_predicate(const PredV& p, uint8_t bytes[kVectorBytes]) {
-  for (unsigned i = 0; i < kVectorBytes; ++i) bytes[i] = (p.w[0] >> i) & 1;
-}
+void from_pred_v(const PredV& p, uint8_t bytes[kVectorBytes]) { unpack_predicate(bytes, p.w[0]); }
 
 CpuContext enter_generic(const cpu_state* s) {
   CpuContext ctx;
@@ -16,7 +16,7 @@ CpuContext enter_generic(const cpu_state* s) {
   ctx.nzcv = static_cast<uint32_t>(s->nzcv);
   ctx.fpsr = s->fpsr;
   ctx.fpcr = s->fpcr & kGenericFpcrMask;
-  ctx.ffr = pack_predicate(s->ffr);
+  ctx.ffr = to_pred_v(s->ffr);
   return ctx;
 }
 
@@ -24,5 +24,5 @@ CpuContext enter_generic(const cpu_state* s) {
 void leave_generic(cpu_state* s, const CpuContext& ctx) {
   s->nzcv = ctx.nzcv;
   s->fpsr = ctx.fpsr;
-  unpack_predicate(ctx.ffr, s->ffr);
+  from_pred_v(ctx.ffr, s->ffr);
 }

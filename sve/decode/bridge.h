@@ -26,8 +26,8 @@
 constexpr uint32_t kGenericFpcrMask = 0x07c89f00;
 
 // Byte i of the register file's predicate form is bit i of the packed form.
-PredV pack_predicate(const uint8_t bytes[kVectorBytes]);
-void unpack_predicate(const PredV& p, uint8_t bytes[kVectorBytes]);
+PredV to_pred_v(const uint8_t bytes[kVectorBytes]);
+void from_pred_v(const PredV& p, uint8_t bytes[kVectorBytes]);
 
 // The context of one instruction, and its way back into cpu_state.
 CpuContext enter_generic(const cpu_state* s);
@@ -54,7 +54,7 @@ template <typename Kind> struct Vec : Kind {
 template <typename Kind> struct Pred : Kind {
   using held = PredV;
   template <uint32_t E> static PredV load(const cpu_state* s, uint32_t w) {
-    return pack_predicate(s->p[Kind::template get<E>(w).num]);
+    return to_pred_v(s->p[Kind::template get<E>(w).num]);
   }
   static const PredV* pass(const PredV& p) { return &p; }
 };
@@ -115,7 +115,7 @@ template <unsigned Hi, unsigned Lo> struct ToP {
   template <auto Fn, typename... A> static void call(cpu_state* s, uint32_t w, A... a) {
     PredV out{};
     Fn(&out, a...);
-    unpack_predicate(out, s->p[field(w, Hi, Lo)]);
+    from_pred_v(out, s->p[field(w, Hi, Lo)]);
   }
   static void describe(line_writer& out, uint32_t w) { out.printf("p%u", field(w, Hi, Lo)); }
   static void notation(line_writer& out) { show_field(out, 'P', Hi, Lo, nullptr, kKind); }

@@ -4,6 +4,7 @@
 
 #include "app_memory.h"
 #include "handlers.h"
+#include "predicate_form.h"
 
 namespace {
 
@@ -32,14 +33,13 @@ aarch64_decode_rc sve_ldr_pri(cpu_state* s, aarch64_p_reg pt, aarch64_i_rsp_reg 
   const uint64_t low = read_app<uint32_t>(addr) & 0xffff;
   const uint64_t high = read_app<uint32_t>(addr + 2);
   const uint64_t bits = low | high << 16;
-  for (unsigned i = 0; i < 48; ++i) s->p[pt.num][i] = (bits >> i) & 1;
+  unpack_predicate(s->p[pt.num], bits);
   return AARCH64_DECODE_OK;
 }
 
 aarch64_decode_rc sve_str_pri(cpu_state* s, aarch64_p_reg pt, aarch64_i_rsp_reg xn, int imm) {
   const uint64_t addr = register_slot(s, xn, imm, 6);
-  uint64_t bits = 0;
-  for (unsigned i = 0; i < 48; ++i) bits |= uint64_t{s->p[pt.num][i] & 1u} << i;
+  const uint64_t bits = pack_predicate(s->p[pt.num]);
   write_app<uint32_t>(addr, static_cast<uint32_t>(bits));
   write_app<uint32_t>(addr + 2, static_cast<uint32_t>(bits >> 16));
   return AARCH64_DECODE_OK;

@@ -25,10 +25,10 @@ TEST(PredicatePacking, KeepsBitZeroOfEachByteAndComesBackAsZeroOrOne) {
   for (int round = 0; round < 100; ++round) {
     uint8_t bytes[kVectorBytes], back[kVectorBytes];
     for (uint8_t& b : bytes) b = static_cast<uint8_t>(rng());
-    const PredV p = pack_predicate(bytes);
+    const PredV p = to_pred_v(bytes);
     EXPECT_EQ(p.w[1] | p.w[2] | p.w[3], 0u);
     EXPECT_EQ(p.w[0] >> kVectorBytes, 0u);
-    unpack_predicate(p, back);
+    from_pred_v(p, back);
     for (unsigned i = 0; i < kVectorBytes; ++i) ASSERT_EQ(back[i], bytes[i] & 1) << i;
   }
 }
