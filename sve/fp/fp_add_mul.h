@@ -16,12 +16,8 @@ template <typename T> constexpr T fp_two(int sgn) {
 // merges them.
 template <typename T> inline T fp_add(T op1, T op2, int neg, int mode, int* flags) {
   using F = fp_format<T>;
-  int a_sgn, a_exp, b_sgn, b_exp;
-  T a_mnt, b_mnt;
-  fp_unpack<T>(&a_sgn, &a_exp, &a_mnt, op1, mode, flags);
-  fp_unpack<T>(&b_sgn, &b_exp, &b_mnt, op2, mode, flags);
-
-  if (T nan = fp_nan_two<T>(op1, op2, mode, flags)) return nan;
+  auto [a_sgn, a_exp, a_mnt, b_sgn, b_exp, b_mnt, nan] = fp_unpack_two<T>(op1, op2, mode, flags);
+  if (nan) return nan;
 
   // After NaN selection, so that a NaN second operand keeps its sign.
   b_sgn ^= neg;
@@ -94,12 +90,8 @@ inline T fp_round_product(int sgn, int a_exp, T a_mnt, int b_exp, T b_mnt, int m
 // instead of an invalid operation: no flag, and DN does not apply.
 template <typename T> inline T fp_mul(T op1, T op2, bool mulx, int mode, int* flags) {
   using F = fp_format<T>;
-  int a_sgn, a_exp, b_sgn, b_exp;
-  T a_mnt, b_mnt;
-  fp_unpack<T>(&a_sgn, &a_exp, &a_mnt, op1, mode, flags);
-  fp_unpack<T>(&b_sgn, &b_exp, &b_mnt, op2, mode, flags);
-
-  if (T nan = fp_nan_two<T>(op1, op2, mode, flags)) return nan;
+  auto [a_sgn, a_exp, a_mnt, b_sgn, b_exp, b_mnt, nan] = fp_unpack_two<T>(op1, op2, mode, flags);
+  if (nan) return nan;
 
   const int sgn = a_sgn ^ b_sgn;
   // A denormal flushed by unpacking counts as zero here.

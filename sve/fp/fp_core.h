@@ -187,17 +187,44 @@ template <typename T> inline T fp_nan_three(T a, T b, T c, int mode, int* flags)
   return 0;
 }
 
+// The two operands of a two-operand operation unpacked in order, and the
+// NaN result of the pair (0 if neither is a NaN), for use with structured
+// bindings: auto [a_sgn, a_exp, a_mnt, b_sgn, b_exp, b_mnt, nan] = ...
+template <typename T> struct fp_unpacked_pair {
+  int a_sgn, a_exp;
+  T a_mnt;
+  int b_sgn, b_exp;
+  T b_mnt;
+  T nan;
+};
+
+template <typename T> inline fp_unpacked_pair<T> fp_unpack_two(T op1, T op2, int mode, int* flags) {
+  fp_unpacked_pair<T> p;
+  fp_unpack<T>(&p.a_sgn, &p.a_exp, &p.a_mnt, op1, mode, flags);
+  fp_unpack<T>(&p.b_sgn, &p.b_exp, &p.b_mnt, op2, mode, flags);
+  p.nan = fp_nan_two<T>(op1, op2, mode, flags);
+  return p;
+}
+
 // Shifts a non-zero mantissa left until its top bit is set and lowers the
-// exponent by the same amount: a fixed cascade of halving steps, no loop
-// over bits.
-template <typename T> inline void fp_normalise(T* mnt, int* exp) {
+// exponent by the same amount: a fixed cascade of tests from half the width
+// down to one bit, with no loop.
+template <typename T, int Shift = sizeof(T) * 4> inline void fp_normalise(T* mnt, int* exp) {
   constexpr int W = sizeof(T) * 8;
-  for (int shift = W / 2; shift > 0; shift /= 2) {
-    if (!(*mnt >> (W - shift))) {
-      *mnt = static_cast<T>(*mnt << shift);
-      *exp -= shift;
-    }
+  if (!(*mnt >> (W - Shift))) {
+    *mnt = static_cast<T>(*mnt << Shift);
+    *exp -= Shift;
   }
+  if constexpr (Shift > 1) fp_normalise<T, Shift / 2>(mnt, exp);
+}
+
+template <int Shift> inline void fp_normalise_words(uint64_t* hi, uint64_t* lo, int* exp) {
+  if (!(*hi >> (64 - Shift))) {
+    *hi = (*hi << Shift) | (*lo >> (64 - Shift));
+    *lo <<= Shift;
+    *exp -= Shift;
+  }
+  if constexpr (Shift > 1) fp_normalise_words<Shift / 2>(hi, lo, exp);
 }
 
 // The same for a 128-bit mantissa held as a high and a low word.
@@ -207,13 +234,7 @@ inline void fp_normalise(uint64_t* hi, uint64_t* lo, int* exp) {
     *lo = 0;
     *exp -= 64;
   }
-  for (int shift = 32; shift > 0; shift /= 2) {
-    if (!(*hi >> (64 - shift))) {
-      *hi = (*hi << shift) | (*lo >> (64 - shift));
-      *lo <<= shift;
-      *exp -= shift;
-    }
-  }
+  fp_normalise_words<32>(hi, lo, exp);
 }
 
 // Right shift that keeps every bit shifted out as a sticky bit 0.

@@ -49,21 +49,20 @@ inline void fp_word_normalise(fp_u128* x, int* exp) { fp_normalise(&x->hi, &x->l
 // 112 on its exponents that comes off before rounding.
 template <typename T> struct fp_muladd_layout;
 
-template <> struct fp_muladd_layout<uint16_t> {
-  using word = uint32_t;
-  static constexpr int addend_exp = 114, product_exp = 99, round_exp = -112;
-  // Leading bit of a normal addend at 29; of a normal product at 29 or 30.
-  static word addend(uint16_t mnt) { return static_cast<word>(mnt) << 19; }
-  static word product(uint16_t b, uint16_t c) { return (static_cast<word>(b) * c) << 9; }
-  static uint16_t round_mnt(word x) { return static_cast<uint16_t>(fp_jam_shift<word>(x, 15)); }
+template <typename T, typename P, int AddendShift, int ProductShift> struct fp_muladd_one_word {
+  using word = P;
+  static word addend(T mnt) { return static_cast<word>(mnt) << AddendShift; }
+  static word product(T b, T c) { return (static_cast<word>(b) * c) << ProductShift; }
+  static T round_mnt(word x) { return static_cast<T>(fp_jam_shift<word>(x, sizeof(T) * 8 - 1)); }
 };
 
-template <> struct fp_muladd_layout<uint32_t> {
-  using word = uint64_t;
+// Leading bit of a normal addend at 29; of a product of normals at 29 or 30.
+template <> struct fp_muladd_layout<uint16_t> : fp_muladd_one_word<uint16_t, uint32_t, 19, 9> {
+  static constexpr int addend_exp = 114, product_exp = 99, round_exp = -112;
+};
+
+template <> struct fp_muladd_layout<uint32_t> : fp_muladd_one_word<uint32_t, uint64_t, 27, 3> {
   static constexpr int addend_exp = 13, product_exp = -113, round_exp = 0;
-  static word addend(uint32_t mnt) { return static_cast<word>(mnt) << 27; }
-  static word product(uint32_t b, uint32_t c) { return (static_cast<word>(b) * c) << 3; }
-  static uint32_t round_mnt(word x) { return static_cast<uint32_t>(fp_jam_shift<word>(x, 31)); }
 };
 
 template <> struct fp_muladd_layout<uint64_t> {

@@ -51,48 +51,38 @@ using FpWidths = ::testing::Types<uint16_t, uint32_t, uint64_t>;
 TYPED_TEST_SUITE(FpAddMulDifferential, FpWidths);
 
 // Half inputs never raise IDC, so the census leaves that flag out for them.
-template <typename T> void expect_flags_reached(const flag_census& c, bool expect_ufc = true) {
+template <typename T> void expect_flags_reached(const flag_census& c) {
   EXPECT_GT(c.seen[0], 100) << "IOC";
   EXPECT_GT(c.seen[2], 100) << "OFC";
-  if (expect_ufc) {
-    EXPECT_GT(c.seen[3], 100) << "UFC";
-  }
+  EXPECT_GT(c.seen[3], 100) << "UFC";
   EXPECT_GT(c.seen[4], 1000) << "IXC";
   if (sizeof(T) != 2) {
     EXPECT_GT(c.seen[7], 100) << "IDC";
   }
 }
 
-TYPED_TEST(FpAddMulDifferential, Add) {
+TYPED_TEST(FpAddMulDifferential, AddSubMulMulX) {
   using T = TypeParam;
-  auto c = compare_binary<T>(
-      11, [](T a, T b, FPSCR& s) { return FPAdd<T>(a, b, s); },
-      [](T a, T b, FPSCR s) { return host_fadd(a, b, s); });
-  expect_flags_reached<T>(c);
-}
-
-TYPED_TEST(FpAddMulDifferential, Sub) {
-  using T = TypeParam;
-  auto c = compare_binary<T>(
-      22, [](T a, T b, FPSCR& s) { return FPSub<T>(a, b, s); },
-      [](T a, T b, FPSCR s) { return host_fsub(a, b, s); });
-  expect_flags_reached<T>(c);
-}
-
-TYPED_TEST(FpAddMulDifferential, Mul) {
-  using T = TypeParam;
-  auto c = compare_binary<T>(
-      33, [](T a, T b, FPSCR& s) { return FPMul<T>(a, b, s); },
-      [](T a, T b, FPSCR s) { return host_fmul(a, b, s); });
-  expect_flags_reached<T>(c);
-}
-
-TYPED_TEST(FpAddMulDifferential, MulX) {
-  using T = TypeParam;
-  auto c = compare_binary<T>(
-      44, [](T a, T b, FPSCR& s) { return FPMulX<T>(a, b, s); },
-      [](T a, T b, FPSCR s) { return host_fmulx(a, b, s); });
-  expect_flags_reached<T>(c);
+  {
+    SCOPED_TRACE("add");
+    expect_flags_reached<T>(
+        compare_binary<T>(11, FPAdd<T>, [](T a, T b, FPSCR s) { return host_fadd(a, b, s); }));
+  }
+  {
+    SCOPED_TRACE("sub");
+    expect_flags_reached<T>(
+        compare_binary<T>(22, FPSub<T>, [](T a, T b, FPSCR s) { return host_fsub(a, b, s); }));
+  }
+  {
+    SCOPED_TRACE("mul");
+    expect_flags_reached<T>(
+        compare_binary<T>(33, FPMul<T>, [](T a, T b, FPSCR s) { return host_fmul(a, b, s); }));
+  }
+  {
+    SCOPED_TRACE("mulx");
+    expect_flags_reached<T>(
+        compare_binary<T>(44, FPMulX<T>, [](T a, T b, FPSCR s) { return host_fmulx(a, b, s); }));
+  }
 }
 
 constexpr FPSCR kNegInf = FPRounding_NEGINF << FPSCR_RMODE_SHIFT;
@@ -119,45 +109,6 @@ TEST(FpAddCorners, InfinitiesAndTheSignOfANanSubtrahend) {
   EXPECT_EQ(FPSub<uint64_t>(0x3ff0000000000000ull, 0xfff8000000000123ull, fpscr),
             0xfff8000000000123ull);
   EXPECT_EQ(fpscr, 0u);
-}
-
-TEST(FpAddCorners, AFarSmallerAddendOnlyReachesTheStickyBit) {
-  FPSCR fpscr = FPRounding_POSINF << FPSCR_RMODE_SHIFT;
-  // 1.0 + 2^-1000 rounds up to the next double towards plus infinity.
-  EXPECT_EQ(FPAdd<uint64_t>(0x3ff0000000000000ull, 0x0170000000000000ull, fpscr),
-            0x3ff0000000000001ull);
-  EXPECT_EQ(fpscr & FP_FLAG_BITS, static_cast<FPSCR>(FP_IXC));
-}
-
-TEST(FpAddCorners, FlushedDenormalAddendIsExact) {
-  FPSCR fpscr = FPSCR_FZ;
-  EXPECT_EQ(FPAdd<uint32_t>(0x00000001, 0x3f800000, fpscr), 0x3f800000u);
-  EXPECT_EQ(fpscr, FPSCR_FZ | FP_IDC);
-  fpscr = 0;
-  EXPECT_EQ(FPAdd<uint32_t>(0x00000001, 0x3f800000, fpscr), 0x3f800000u);
-  EXPECT_EQ(fpscr, static_cast<FPSCR>(FP_IXC));
-}
-
-TEST(FpMulCorners, ZeroTimesInfinity) {
-  FPSCR fpscr = 0;
-  EXPECT_EQ(FPMul<uint16_t>(0x0000, 0x7c00, fpscr), 0x7e00);
-  EXPECT_EQ(fpscr, static_cast<FPSCR>(FP_IOC));
-  fpscr = FPSCR_DN;
-  EXPECT_EQ(FPMulX<uint32_t>(0x00000000, 0x7f800000, fpscr), 0x40000000u);
-  EXPECT_EQ(FPMulX<uint32_t>(0x80000000, 0x7f800000, fpscr), 0xc0000000u);
-  EXPECT_EQ(FPMulX<uint64_t>(0x7ff0000000000000ull, 0x8000000000000000ull, fpscr),
-            0xc000000000000000ull);
-  EXPECT_EQ(fpscr, FPSCR_DN) << "no flag, whatever DN says";
-  fpscr = FPSCR_FZ;
-  EXPECT_EQ(FPMulX<uint32_t>(0x80000001, 0x7f800000, fpscr), 0xc0000000u);
-  EXPECT_EQ(fpscr, FPSCR_FZ | FP_IDC);
-}
-
-TEST(FpMulCorners, TinyProductUnderFlushIsASignedZero) {
-  FPSCR fpscr = FPSCR_FZ;
-  // 2^-70 x -2^-70 = -2^-140, below the smallest single normal.
-  EXPECT_EQ(FPMul<uint32_t>(0x1c800000, 0x9c800000, fpscr), 0x80000000u);
-  EXPECT_EQ(fpscr, FPSCR_FZ | FP_UFC);
 }
 
 TEST(FpSign, NegAndAbsTouchOnlyTheSignBit) {
