@@ -41,7 +41,8 @@ void memtrace_lin(cpu_state* s, T* base, char* pred, memaccess_type_t type) {
     const unsigned start = __builtin_ctzll(active);
     // Bits at and above `elements` are clear, so the run always ends below 64.
     const unsigned length = __builtin_ctzll(~(active >> start));
-    send_access_record(s, base_addr + start * sizeof(T), length * sizeof(T), type, 0);
+    send_access_record(s, base_addr + start * sizeof(T), length * sizeof(T), type, 0,
+                       current_thread_id());
     active &= ~(((uint64_t{1} << length) - 1) << start);
   }
 }
