@@ -230,6 +230,27 @@ uint64_t first_fault_start(rng_t& rng, const row_profile& p, const test_area& ar
   return a & ~static_cast<uint64_t>(p.msize - 1);
 }
 
+// A large part shared by every offset of one gather or scatter: the offsets
+// then sit near the ends of their range (where zero and sign extension part
+// ways) and the base is moved back by as much, so the addresses stay where
+// they were drawn. The part leaves room for the small per-element spread.
+int64_t offset_bias(rng_t& rng, const row_profile& p) {
+  const int64_t room = 128;
+  const bool wide = !p.offset_32, sign = p.offset_signed;
+  switch (pick(rng, 4)) {
+  case 0:
+    return 0;
+  case 1: // just below the top of the range
+    return wide ? INT64_MAX - room : sign ? INT32_MAX - room : UINT32_MAX - room;
+  case 2: // just above the bottom of a signed range, the middle of an unsigned one
+    return wide ? INT64_MIN + room : sign ? INT32_MIN + room : INT32_MAX - room;
+  default:
+    return wide   ? static_cast<int64_t>(rng()) / 2
+           : sign ? static_cast<int32_t>(rng()) / 2
+                  : static_cast<int64_t>(rng() % (UINT32_MAX - room));
+  }
+}
+
 void place_addresses(rng_t& rng, const row_profile& p, uint32_t word, const test_area& area,
                      machine_state* m) {
   const unsigned n = field(word, 9, 5), mreg = field(word, 20, 16);
@@ -262,15 +283,20 @@ void place_addresses(rng_t& rng, const row_profile& p, uint32_t word, const test
       put_element(m->z[n], i, p.lane_bytes,
                   draw_address(rng, p, area, p.first_fault && pick(rng, 4) == 0));
     return;
-  case addressing::scalar_vector:
-    set_base(m, n, draw_address(rng, p, area, near_end));
+  case addressing::scalar_vector: {
+    int64_t bias = offset_bias(rng, p);
+    if (n == 31) bias &= ~int64_t{15}; // so that SP's alignment moves no address
+    const unsigned shift = p.offset_scaled ? __builtin_ctz(p.msize) : 0;
+    set_base(m, n, draw_address(rng, p, area, near_end) - (static_cast<uint64_t>(bias) << shift));
     for (unsigned i = 0; i < 48 / p.lane_bytes; ++i) {
-      uint64_t off = p.offset_signed ? small_signed(rng, 64) : pick(rng, 129);
+      uint64_t off =
+          static_cast<uint64_t>(bias) + (p.offset_signed ? small_signed(rng, 64) : pick(rng, 129));
       if (p.offset_32) off &= 0xffffffffull;
       if (p.offset_32 && p.lane_bytes == 8) off |= rng() << 32; // bits the form ignores
       put_element(m->z[mreg], i, p.lane_bytes, off);
     }
     return;
+  }
   }
 }
 

@@ -83,6 +83,7 @@ row_profile profile_of(const decode_row& row) {
   // 64-bit offsets wrap like signed ones; 32-bit ones are zero-extended
   // unless the name says X.
   p.offset_signed = c[0] == 'X' || !p.offset_32;
+  p.offset_scaled = c.find("SV") != std::string::npos;
   p.first_fault =
       name.find("LoadFF") != std::string::npos || name.find("LoadNF") != std::string::npos;
   return p;

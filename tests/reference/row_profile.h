@@ -26,6 +26,7 @@ struct row_profile {
   unsigned lane_bytes; // vector forms: bytes of each base or offset element
   bool offset_32;      // vector offsets: only the low 32 bits count
   bool offset_signed;  // vector offsets are sign-extended
+  bool offset_scaled;  // vector offsets count memory elements, not bytes
   bool first_fault;    // first-fault or non-fault: may meet the unreadable page
 };
 
