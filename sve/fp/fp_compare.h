@@ -36,12 +36,19 @@ template <typename T> inline bool fp_equal_unpacked(T op1, T op2, const fp_pair<
   return op1 == op2 || (!p.a_mnt && !p.b_mnt);
 }
 
+// Whether the pair is unordered. A signalling NaN raises IOC; a quiet one
+// does too where the comparison signals on every NaN.
+template <typename T> inline bool fp_unordered(T op1, T op2, bool signal_quiet, int* flags) {
+  if (!fp_is_nan(op1) && !fp_is_nan(op2)) return false;
+  if (signal_quiet || fp_is_signalling_nan(op1) || fp_is_signalling_nan(op2)) *flags |= FP_IOC;
+  return true;
+}
+
 template <typename T> inline bool FPCompareEQ(T op1, T op2, FPSCR& fpscr) {
   int flags = 0;
   const fp_pair<T> p = fp_unpack_pair(op1, op2, fp_mode_of(fpscr), &flags);
   bool result;
-  if (fp_is_nan(op1) || fp_is_nan(op2)) {
-    if (fp_is_signalling_nan(op1) || fp_is_signalling_nan(op2)) flags |= FP_IOC;
+  if (fp_unordered(op1, op2, false, &flags)) {
     result = false;
   } else {
     result = fp_equal_unpacked(op1, op2, p);
@@ -55,8 +62,7 @@ template <typename T> inline bool fp_compare_order(T op1, T op2, bool or_equal, 
   int flags = 0;
   const fp_pair<T> p = fp_unpack_pair(op1, op2, fp_mode_of(fpscr), &flags);
   bool result;
-  if (fp_is_nan(op1) || fp_is_nan(op2)) {
-    flags |= FP_IOC;
+  if (fp_unordered(op1, op2, true, &flags)) {
     result = false;
   } else if (!p.a_mnt && !p.b_mnt) {
     result = or_equal;
@@ -78,8 +84,7 @@ template <typename T> inline bool FPCompareGT(T op1, T op2, FPSCR& fpscr) {
 template <typename T> inline bool FPCompareUN(T op1, T op2, FPSCR& fpscr) {
   int flags = 0;
   fp_unpack_pair(op1, op2, fp_mode_of(fpscr), &flags);
-  const bool unordered = fp_is_nan(op1) || fp_is_nan(op2);
-  if (fp_is_signalling_nan(op1) || fp_is_signalling_nan(op2)) flags |= FP_IOC;
+  const bool unordered = fp_unordered(op1, op2, false, &flags);
   fp_flags_merge(flags, fpscr);
   return unordered;
 }
@@ -89,8 +94,7 @@ template <typename T> inline int FPCompare(T op1, T op2, bool signal_nans, FPSCR
   int flags = 0;
   const fp_pair<T> p = fp_unpack_pair(op1, op2, fp_mode_of(fpscr), &flags);
   int result;
-  if (fp_is_nan(op1) || fp_is_nan(op2)) {
-    if (signal_nans || fp_is_signalling_nan(op1) || fp_is_signalling_nan(op2)) flags |= FP_IOC;
+  if (fp_unordered(op1, op2, signal_nans, &flags)) {
     result = 3;
   } else if (fp_equal_unpacked(op1, op2, p)) {
     result = 6;

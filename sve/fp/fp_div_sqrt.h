@@ -17,30 +17,34 @@ inline int fp_cmp128(uint64_t ahi, uint64_t alo, uint64_t bhi, uint64_t blo) {
   return 0;
 }
 
-// Quotients of finite non-zero operands, unpacked. A denormal divisor is
-// left as it is in half and single: it only makes the quotient longer.
+// Half and single quotients of finite non-zero operands, unpacked: one
+// integer division in a word of twice the width gives the whole quotient, and
+// the remainder becomes the sticky bit. A denormal divisor is left as it is:
+// it only makes the quotient longer.
+template <typename T, typename Wide>
+inline T fp_div_one_division(int x_sgn, int a_exp, T a_mnt, int b_exp, T b_mnt, int mode,
+                             int* flags) {
+  constexpr int W = fp_format<T>::W;
+  constexpr int dividend_shift = W == 16 ? 15 : 18;
+  constexpr int exp_offset = W == 16 ? 31 : 172;
+  fp_normalise(&a_mnt, &a_exp);
+  const Wide n = Wide(a_mnt) << dividend_shift;
+  Wide q = n / b_mnt;
+  q |= (q * b_mnt != n);
+  int x_exp = a_exp - b_exp + exp_offset;
+  fp_normalise(&q, &x_exp);
+  const Wide below = q & ((Wide(1) << (W - 1)) - 1);
+  return fp_round<T>(x_sgn, x_exp, T(q >> (W - 1) | (below != 0)), mode & 3, mode, flags);
+}
+
 inline uint16_t fp_div_finite(int x_sgn, int a_exp, uint16_t a_mnt, int b_exp, uint16_t b_mnt,
                               int mode, int* flags) {
-  fp_normalise(&a_mnt, &a_exp);
-  const uint32_t n = uint32_t(a_mnt) << 15;
-  uint32_t q = n / b_mnt;
-  q |= (q * b_mnt != n); // the remainder becomes sticky
-  int x_exp = a_exp - b_exp + 31;
-  fp_normalise(&q, &x_exp);
-  const uint16_t mnt = uint16_t(q >> 15 | ((q & 0x7fff) != 0));
-  return fp16_round_(x_sgn, x_exp, mnt, mode & 3, mode, flags);
+  return fp_div_one_division<uint16_t, uint32_t>(x_sgn, a_exp, a_mnt, b_exp, b_mnt, mode, flags);
 }
 
 inline uint32_t fp_div_finite(int x_sgn, int a_exp, uint32_t a_mnt, int b_exp, uint32_t b_mnt,
                               int mode, int* flags) {
-  fp_normalise(&a_mnt, &a_exp);
-  const uint64_t n = uint64_t(a_mnt) << 18;
-  uint64_t q = n / b_mnt;
-  q |= (q * b_mnt != n);
-  int x_exp = a_exp - b_exp + 172;
-  fp_normalise(&q, &x_exp);
-  const uint32_t mnt = uint32_t(q >> 31 | ((q & 0x7fffffff) != 0));
-  return fp32_round_(x_sgn, x_exp, mnt, mode & 3, mode, flags);
+  return fp_div_one_division<uint32_t, uint64_t>(x_sgn, a_exp, a_mnt, b_exp, b_mnt, mode, flags);
 }
 
 // No integer word holds a double quotient, so the divisor's reciprocal is
