@@ -3,56 +3,40 @@
  * fields as `zorvo-trace csv` shows them after the sequence number. With the
  * argument "unmarked" it runs the same accesses without markers and expects
  * no trace at all. */
-#include <pthread.h>
 #include <stdint.h>
-#include <stdio.h>
 #include <string.h>
 
+#include "expected_records.h"
 #include "zorvo/roi.h"
 
-static int marked = 1;
-
-/* Predicate images for LDR P: one bit per vector byte, 48 bits. */
+/* Predicate images for LDR P. */
 static uint8_t all_words[6], some_words[6], five_doubles[6], all_bytes[6];
-
-static void set_bits(uint8_t* image, unsigned elem_bytes, unsigned first, unsigned count) {
-  for (unsigned i = first; i < first + count; ++i) {
-    unsigned bit = i * elem_bytes;
-    image[bit / 8] |= (uint8_t)(1u << (bit % 8));
-  }
-}
-
-static unsigned tid(void) { return (unsigned)(uintptr_t)pthread_self(); }
-
-static void expect(const char* kind, const void* addr, unsigned size, uintptr_t pc) {
-  printf("0x%08x,%s,0x%lx,%u,0x%lx,0\n", tid(), kind, (unsigned long)(uintptr_t)addr, size,
-         (unsigned long)pc);
-}
-
-static void expect_marker(int start) {
-  if (marked) printf("0x%08x,%s,0x0,0,0x0,0\n", start ? 0xffffffffu : 0xfffffffeu,
-                     start ? "roi_start" : "roi_stop");
-}
 
 /* Each helper runs one SVE access and returns the address of its word. */
 static uintptr_t load_words(const uint32_t* src, const uint8_t* pred) {
   uintptr_t pc;
   __asm__ volatile("ldr p0, [%2]\n\tadr %0, 1f\n1:\tld1w {z0.s}, p0/z, [%1]"
-                   : "=&r"(pc) : "r"(src), "r"(pred) : "memory", "v0", "p0");
+                   : "=&r"(pc)
+                   : "r"(src), "r"(pred)
+                   : "memory", "v0", "p0");
   return pc;
 }
 
 static uintptr_t store_words(uint32_t* dst, const uint8_t* pred) {
   uintptr_t pc;
   __asm__ volatile("ldr p1, [%2]\n\tadr %0, 1f\n1:\tst1w {z0.s}, p1, [%1]"
-                   : "=&r"(pc) : "r"(dst), "r"(pred) : "memory", "p1");
+                   : "=&r"(pc)
+                   : "r"(dst), "r"(pred)
+                   : "memory", "p1");
   return pc;
 }
 
 static uintptr_t load_bytes(const uint8_t* src, const uint8_t* pred) {
   uintptr_t pc;
   __asm__ volatile("ldr p2, [%2]\n\tadr %0, 1f\n1:\tld1b {z1.b}, p2/z, [%1]"
-                   : "=&r"(pc) : "r"(src), "r"(pred) : "memory", "v1", "p2");
+                   : "=&r"(pc)
+                   : "r"(src), "r"(pred)
+                   : "memory", "v1", "p2");
   return pc;
 }
 
@@ -60,7 +44,9 @@ static uintptr_t store_doubles_from_words(uint64_t* dst, const uint8_t* pred) {
   uintptr_t pc;
   /* st1w with doubleword elements: 4 bytes of memory for each element. */
   __asm__ volatile("ldr p3, [%2]\n\tadr %0, 1f\n1:\tst1w {z1.d}, p3, [%1]"
-                   : "=&r"(pc) : "r"(dst), "r"(pred) : "memory", "p3");
+                   : "=&r"(pc)
+                   : "r"(dst), "r"(pred)
+                   : "memory", "p3");
   return pc;
 }
 
