@@ -61,8 +61,12 @@ void keep_private_handles() {
 }
 
 void load_client(const char* path, const char* args) {
+  // The client's constructors install its fault handlers.
+  client_loading(true);
   void* lib = dlopen(path, RTLD_NOW | RTLD_GLOBAL);
+  client_loading(false);
   if (lib == nullptr) fail("cannot load the client", dlerror());
+  note_client_code(lib);
   const auto* version = static_cast<const int*>(dlsym(lib, "_USES_DR_VERSION_"));
   if (version == nullptr || *version < 700)
     fail("the client was not built for interface version 700", path);
@@ -119,6 +123,7 @@ __attribute__((constructor)) void runtime_start() {
   thread_exit_hook_init();
   site_patching_init();
   take_sigill();
+  take_fault_signals();
   if (client_path) load_client(client_path, args);
   if (attach_thread() == nullptr) fail("no memory for the first thread", nullptr);
   std::atexit(on_process_exit);

@@ -1,6 +1,6 @@
 // The C library functions the runtime stands in front of, so that the
-// application keeps its view of SIGILL while the runtime owns the signal, and
-// so that every thread is known to the runtime before it runs.
+// application keeps its view of SIGILL, SIGSEGV and SIGBUS while the runtime
+// owns them, and so that every thread is known to the runtime before it runs.
 #include <dlfcn.h>
 #include <pthread.h>
 #include <signal.h>
@@ -26,11 +26,12 @@ void* start_attached(void* p) {
   return start.routine(start.arg);
 }
 
-// A mask with SIGILL in it would turn the next SVE word into a fatal signal.
-const sigset_t* without_sigill(const sigset_t* set, sigset_t* copy) {
-  if (set == nullptr || sigismember(set, SIGILL) != 1) return set;
+// A mask that blocks one of the runtime's signals would make the next SVE
+// word, or the next probe of an unreadable page, fatal.
+const sigset_t* without_runtime_signals(const sigset_t* set, sigset_t* copy) {
+  if (set == nullptr) return set;
   *copy = *set;
-  sigdelset(copy, SIGILL);
+  remove_runtime_signals(copy);
   return copy;
 }
 
@@ -44,9 +45,13 @@ int sigaction(int sig, const struct sigaction* act, struct sigaction* old) noexc
     application_sigill_action(act, old);
     return 0;
   }
+  if (fault_signal_taken(sig)) {
+    fault_signal_action(sig, act, old, client_code(__builtin_return_address(0)));
+    return 0;
+  }
   if (act == nullptr) return libc.sigaction(sig, act, old);
   struct sigaction copy = *act;
-  sigdelset(&copy.sa_mask, SIGILL);
+  remove_runtime_signals(&copy.sa_mask);
   return libc.sigaction(sig, &copy, old);
 }
 
@@ -64,13 +69,14 @@ sighandler_t signal(int sig, sighandler_t handler) noexcept {
 int pthread_sigmask(int how, const sigset_t* set, sigset_t* old) noexcept {
   resolve_libc_functions();
   sigset_t copy;
-  return libc.pthread_sigmask(how, how == SIG_UNBLOCK ? set : without_sigill(set, &copy), old);
+  return libc.pthread_sigmask(how, how == SIG_UNBLOCK ? set : without_runtime_signals(set, &copy),
+                              old);
 }
 
 int sigprocmask(int how, const sigset_t* set, sigset_t* old) noexcept {
   resolve_libc_functions();
   sigset_t copy;
-  return libc.sigprocmask(how, how == SIG_UNBLOCK ? set : without_sigill(set, &copy), old);
+  return libc.sigprocmask(how, how == SIG_UNBLOCK ? set : without_runtime_signals(set, &copy), old);
 }
 
 int pthread_create(pthread_t* thread, const pthread_attr_t* attr, void* (*routine)(void*),

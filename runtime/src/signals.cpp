@@ -72,31 +72,37 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
   return true;
 }
 
-void die_by_sigill(const siginfo_t* info) {
+} // namespace
+
+void die_by_signal(int sig, const siginfo_t* info) {
   struct sigaction dfl;
   std::memset(&dfl, 0, sizeof dfl);
   dfl.sa_handler = SIG_DFL;
-  libc.sigaction(SIGILL, &dfl, nullptr);
+  libc.sigaction(sig, &dfl, nullptr);
   // An instruction raises the signal again when the handler returns; a sent
   // signal is sent again, and waits until the handler's mask is gone.
-  if (info->si_code <= 0) syscall(SYS_tgkill, getpid(), syscall(SYS_gettid), SIGILL);
+  if (info->si_code <= 0) syscall(SYS_tgkill, getpid(), syscall(SYS_gettid), sig);
 }
 
-// The application's own SIGILL: what the kernel would have done without the
-// runtime in the process.
-void deliver_to_application(int sig, siginfo_t* info, ucontext_t* uc) {
-  const struct sigaction action = app_action;
+void remove_runtime_signals(sigset_t* set) {
+  sigdelset(set, SIGILL);
+  sigdelset(set, SIGSEGV);
+  sigdelset(set, SIGBUS);
+}
+
+void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, ucontext_t* uc) {
+  const struct sigaction action = *action_in_force;
   if (action.sa_handler == SIG_IGN && info->si_code <= 0) return;
   if (action.sa_handler == SIG_DFL || action.sa_handler == SIG_IGN) {
-    die_by_sigill(info);
+    die_by_signal(sig, info);
     return;
   }
-  if (action.sa_flags & SA_RESETHAND) app_action.sa_handler = SIG_DFL;
+  if (action.sa_flags & SA_RESETHAND) action_in_force->sa_handler = SIG_DFL;
   sigset_t mask = uc->uc_sigmask, old;
   for (int s = 1; s < NSIG; ++s)
     if (sigismember(&action.sa_mask, s) == 1) sigaddset(&mask, s);
-  // SIGILL stays open: the handler may itself run SVE code.
-  sigdelset(&mask, SIGILL);
+  // The runtime's signals stay open: the handler may itself run SVE code.
+  remove_runtime_signals(&mask);
   libc.pthread_sigmask(SIG_SETMASK, &mask, &old);
   if (action.sa_flags & SA_SIGINFO)
     action.sa_sigaction(sig, info, uc);
@@ -105,11 +111,13 @@ void deliver_to_application(int sig, siginfo_t* info, ucontext_t* uc) {
   libc.pthread_sigmask(SIG_SETMASK, &old, nullptr);
 }
 
+namespace {
+
 void on_sigill(int sig, siginfo_t* info, void* context) {
   const int saved_errno = errno;
   ++counters.signals;
   auto* uc = static_cast<ucontext_t*>(context);
-  if (!take_over(info, uc)) deliver_to_application(sig, info, uc);
+  if (!take_over(info, uc)) run_handler(&app_action, sig, info, uc);
   errno = saved_errno;
 }
 

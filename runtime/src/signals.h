@@ -1,8 +1,11 @@
-// SIGILL: the signal by which SVE words reach the runtime, and the
-// application's view of it.
+// The signals the runtime owns: SIGILL, by which SVE words reach it, and
+// SIGSEGV and SIGBUS, which the client's handlers take for faults in
+// emulated memory instructions. The application keeps its own view of all
+// three.
 #pragma once
 
 #include <signal.h>
+#include <ucontext.h>
 
 // The C library's own functions behind the ones the runtime wraps.
 struct libc_functions {
@@ -17,3 +20,28 @@ void resolve_libc_functions();
 void take_sigill();
 // The application's SIGILL disposition, kept apart from the real one.
 void application_sigill_action(const struct sigaction* act, struct sigaction* old);
+
+// What the kernel would do with the signal under this action: run the
+// handler (with the action's mask, but never blocking the runtime's own
+// signals), ignore a sent signal, or end the process by it.
+void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, ucontext_t* uc);
+// Masks never block the runtime's signals: a blocked SIGILL makes the next
+// SVE word fatal, a blocked SIGSEGV the next probe of an unreadable page.
+void remove_runtime_signals(sigset_t* set);
+
+// SIGSEGV and SIGBUS. The client's handler takes a fault raised while the
+// client runs (in an emulation call or in the client's own code), and any
+// fault while the application has no handler of its own; the
+// application's handler takes the rest, and every sent signal.
+void take_fault_signals();
+// Whether sig is SIGSEGV or SIGBUS and the runtime has taken them.
+bool fault_signal_taken(int sig);
+// sigaction for SIGSEGV or SIGBUS, on the client's or the application's side.
+void fault_signal_action(int sig, const struct sigaction* act, struct sigaction* old,
+                         bool by_client);
+// Whether code at pc belongs to the client: true for everything while the
+// client is being loaded (its constructors and those of its libraries).
+bool client_code(const void* pc);
+void client_loading(bool loading);
+// Records where the loaded client's code lies.
+void note_client_code(void* client_handle);

@@ -1,10 +1,40 @@
-// Fault recovery for emulated memory instructions.
+// Fault recovery for emulated memory instructions. An emulated access that
+// meets a bad address faults in the emulator itself: the handlers here either
+// turn that fault into a result (a guarded read, a probe) or end the process
+// with a message.
 #pragma once
 
+#include <csetjmp>
+#include <csignal>
 #include <cstdint>
 
 extern uint32_t SVELibInitialized;
+// Non-zero exactly while a guarded read is in progress; one at a time in the
+// process.
+extern volatile uint32_t SVEFaultRegion;
+extern sigjmp_buf sveFaultJB;
+// This thread's last probe met a fault.
+extern thread_local uint8_t access_violation;
 
-// Called once as the library loads, after the decode maps exist. Returns 1;
-// a second call does nothing.
+// The action flags of every handler installed here.
+constexpr int kFaultActionFlags = SA_NODEFER | SA_RESTART | SA_SIGINFO;
+
+// Called once as the library loads, after the decode maps exist: installs
+// SVESigHandler for SIGSEGV and SIGBUS. Returns 1; a second call does
+// nothing.
 int SVEInitialize();
+
+// A fault outside every guard is fatal: the message, then both signals back
+// to their default actions, so that the faulting instruction, run again when
+// this returns, ends the process by its signal.
+void SVESigHandler(int sig, siginfo_t* info, void* context);
+
+// Whether one byte can be read at p: a fault on the read is caught and
+// execution goes on behind it. SIGSEGV only; a SIGBUS on a probed address is
+// fatal.
+template <typename T> bool addr_is_readable(T volatile* p);
+
+// Reads `bytes` (1, 2, 4 or 8) at addr, zero-extended. With `suppress` set
+// and a flag to report to, a fault sets *fault_flag to 1 and gives 0 (the
+// flag is not cleared on success); otherwise a fault is fatal as anywhere.
+uint64_t guarded_read(uint64_t addr, int bytes, int suppress, bool* fault_flag);
