@@ -1,4 +1,4 @@
-// FPConvert and FPRoundInt against the processor's fcvt, fcvtxn and frint*,
+// FPConvert and FPRoundInt against the processor's fcvt and frint*,
 // over random operands and random control words.
 #include "fp/fp_convert.h"
 #include "host_fp.h"
@@ -13,7 +13,6 @@ HOST_UNARY(fcvt_sh, "fcvt", s, h)
 HOST_UNARY(fcvt_sd, "fcvt", s, d)
 HOST_UNARY(fcvt_dh, "fcvt", d, h)
 HOST_UNARY(fcvt_ds, "fcvt", d, s)
-HOST_UNARY(fcvtxn_ds, "fcvtxn", d, s)
 
 template <typename T> bool is_denormal(T op) {
   using S = Shape<T>;
@@ -49,21 +48,6 @@ TEST(FPConvert, WideningMatchesProcessor) {
   convert_against<uint16_t, uint32_t>(fcvt_hs, "fcvt s, h");
   convert_against<uint16_t, uint64_t>(fcvt_hd, "fcvt d, h");
   convert_against<uint32_t, uint64_t>(fcvt_sd, "fcvt d, s");
-}
-
-// Rounding to odd is not used by any instruction we emulate, but the
-// rounding it relies on is shared, so check it where the processor has it.
-TEST(FPConvert, RoundToOddMatchesFcvtxn) {
-  Rng rng(7);
-  Mismatches bad;
-  for (int i = 0; i < kDraws; ++i) {
-    const uint64_t op = draw_fp<uint64_t>(rng);
-    const uint32_t fpcr = draw_fpcr(rng);
-    FPSCR fpscr = fpcr;
-    const uint32_t got = FPConvert<uint64_t, uint32_t>(op, FPRounding_ODD, fpscr);
-    bad.check("fcvtxn", op, fpcr, fcvtxn_ds(op, fpcr), got, fpscr);
-  }
-  EXPECT_EQ(bad.count, 0);
 }
 
 #define FRINT_FAMILY(src)                                                                          \
