@@ -145,7 +145,13 @@ void draw_vector(rng_t& rng, const row_profile& p, uint8_t* z) {
     break;
   }
   default:
-    for (unsigned i = 0; i < n; ++i) put_element(z, i, bytes, draw_element(rng, bytes, p.floating));
+    for (unsigned i = 0; i < n; ++i) {
+      uint64_t v = draw_element(rng, bytes, p.floating);
+      // A narrower floating source gets its own hard cases in the low bits.
+      if (bytes == element_bytes_for(p) && p.source_bytes < bytes)
+        v = (v & ~width_mask(p.source_bytes)) | draw_element(rng, p.source_bytes, true);
+      put_element(z, i, bytes, v);
+    }
   }
 }
 

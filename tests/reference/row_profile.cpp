@@ -54,6 +54,14 @@ row_profile profile_of(const decode_row& row) {
     const char source = name[from + 4];
     p.floating = source == 'F' || source == 'D' || source == 'H';
   }
+  // Conversions from half or single read only the low bits of a wider
+  // element: VecS64_8FromHVM, VecD64ExtndHVM, VecU64_8FromFVM.
+  p.source_bytes = p.elem_bytes;
+  for (const char* widening : {"FromH", "ExtndH", "FromF", "ExtndF"}) {
+    if (name.find(widening) == std::string::npos) continue;
+    const unsigned bytes = widening[std::strlen(widening) - 1] == 'H' ? 2 : 4;
+    if (bytes < p.source_bytes) p.source_bytes = bytes;
+  }
 
   // Every memory form sits where bit 31 is set.
   if (!(p.value >> 31)) return p;

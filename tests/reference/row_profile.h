@@ -28,6 +28,9 @@ struct row_profile {
   bool offset_signed;  // vector offsets are sign-extended
   bool offset_scaled;  // vector offsets count memory elements, not bytes
   bool first_fault;    // first-fault or non-fault: may meet the unreadable page
+  // A conversion from half or single in the low bits of a wider element:
+  // the source's bytes; else elem_bytes.
+  unsigned source_bytes;
 };
 
 row_profile profile_of(const decode_row& row);
