@@ -23,11 +23,7 @@ constexpr auto half_or_two = &fp_merging_constant<T, Op, FpConstant::half, FpCon
 // FCPY: the immediate, already at the element's width, into active elements.
 template <typename T>
 void fp_copy_immediate(VecV* out, const VecV* a, const PredV* g, uint64_t imm, CpuContext* ctx) {
-  VecV r;
-  const unsigned n = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i < n; ++i)
-    set_element<T>(r, i, active(*g, i, sizeof(T)) ? T(imm) : element<T>(*a, i));
-  *out = r;
+  merge_computed<T>(out, *a, *g, ctx, [&](unsigned, FPSCR&) { return T(imm); });
 }
 
 // The family for one element type; each kind below names its members.

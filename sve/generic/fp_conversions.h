@@ -1,7 +1,7 @@
 // Floating-point conversions and rounding to integral of the generic tier.
-// A conversion runs over the wider container of its two sides; the narrower
-// side sits in the container's low bits, and an inactive element keeps its
-// whole container.
+// A conversion runs over the wider container C of its two sides; the
+// narrower side sits in the container's low bits, the result is
+// zero-extended, and an inactive element keeps its whole container.
 #pragma once
 
 #include <cstdint>
@@ -16,39 +16,23 @@ inline FPRounding rounding_of(FPSCR status) {
   return FPRounding((status >> FPSCR_RMODE_SHIFT) & 3);
 }
 
-using ConvertOp = uint64_t (*)(uint64_t source, FPSCR&);
-
-template <typename Container, ConvertOp Op>
-void fp_convert(VecV* out, const VecV* a, const PredV* g, const VecV* b, CpuContext* ctx) {
-  VecV r;
-  const unsigned n = element_count(ctx, sizeof(Container) * 8);
-  for (unsigned i = 0; i < n; ++i) {
-    const uint64_t x = element<Container>(*b, i);
-    set_element<Container>(r, i,
-                           active(*g, i, sizeof(Container))
-                               ? Container(with_status(ctx, [&](FPSCR& s) { return Op(x, s); }))
-                               : element<Container>(*a, i));
-  }
-  *out = r;
-}
-
 // SCVTF, UCVTF: Source is the integer type of the low bits, extended to 64
 // bits by its sign; the rounding is the controls'.
-template <typename Result, typename Source> uint64_t from_integer(uint64_t x, FPSCR& status) {
+template <typename C, typename Result, typename Source> C from_integer(C x, FPSCR& status) {
   constexpr bool is_unsigned = std::is_unsigned_v<Source>;
   const uint64_t extended = is_unsigned ? uint64_t(Source(x)) : uint64_t(int64_t(Source(x)));
   return fplibFixedToFP<Result>(extended, 0, is_unsigned, rounding_of(status), status);
 }
 
 // FCVTZS, FCVTZU: towards zero, saturating.
-template <typename Source, typename Result, bool Unsigned>
-uint64_t to_integer(uint64_t x, FPSCR& status) {
+template <typename C, typename Source, typename Result, bool Unsigned>
+C to_integer(C x, FPSCR& status) {
   return fplibFPToFixed<Source, Result>(Source(x), 0, Unsigned, FPRounding_ZERO, status);
 }
 
 // FCVT to and from half: source and target are always IEEE half precision,
 // and half denormals are kept, whatever AHP and FZ16 say.
-template <typename Source, typename Result> uint64_t between_formats(uint64_t x, FPSCR& status) {
+template <typename C, typename Source, typename Result> C between_formats(C x, FPSCR& status) {
   status &= ~(FPSCR_AHP | FPSCR_FZ16);
   return FPConvert<Source, Result>(Source(x), rounding_of(status), status);
 }
@@ -105,27 +89,27 @@ constexpr auto VecD64FRIntZVM = fp_round_family<uint64_t>::FRIntZVM;
 // clang-format on
 
 // clang-format off
-constexpr auto VecF16FromS2VM = &fp_convert<uint16_t, &from_integer<uint16_t, int16_t>>;
-constexpr auto VecF16FromU2VM = &fp_convert<uint16_t, &from_integer<uint16_t, uint16_t>>;
-constexpr auto VecF16FromS4VM = &fp_convert<uint32_t, &from_integer<uint16_t, int32_t>>;
-constexpr auto VecF16FromU4VM = &fp_convert<uint32_t, &from_integer<uint16_t, uint32_t>>;
-constexpr auto VecF16FromS8VM = &fp_convert<uint64_t, &from_integer<uint16_t, int64_t>>;
-constexpr auto VecF16FromU8VM = &fp_convert<uint64_t, &from_integer<uint16_t, uint64_t>>;
-constexpr auto VecF64FromU8VM = &fp_convert<uint64_t, &from_integer<uint32_t, uint64_t>>;
+constexpr auto VecF16FromS2VM = &fp_merging_unary<uint16_t, &from_integer<uint16_t, uint16_t, int16_t>>;
+constexpr auto VecF16FromU2VM = &fp_merging_unary<uint16_t, &from_integer<uint16_t, uint16_t, uint16_t>>;
+constexpr auto VecF16FromS4VM = &fp_merging_unary<uint32_t, &from_integer<uint32_t, uint16_t, int32_t>>;
+constexpr auto VecF16FromU4VM = &fp_merging_unary<uint32_t, &from_integer<uint32_t, uint16_t, uint32_t>>;
+constexpr auto VecF16FromS8VM = &fp_merging_unary<uint64_t, &from_integer<uint64_t, uint16_t, int64_t>>;
+constexpr auto VecF16FromU8VM = &fp_merging_unary<uint64_t, &from_integer<uint64_t, uint16_t, uint64_t>>;
+constexpr auto VecF64FromU8VM = &fp_merging_unary<uint64_t, &from_integer<uint64_t, uint32_t, uint64_t>>;
 
-constexpr auto VecS16_2FromHVM = &fp_convert<uint16_t, &to_integer<uint16_t, uint16_t, false>>;
-constexpr auto VecU16_2FromHVM = &fp_convert<uint16_t, &to_integer<uint16_t, uint16_t, true>>;
-constexpr auto VecS32_4FromHVM = &fp_convert<uint32_t, &to_integer<uint16_t, uint32_t, false>>;
-constexpr auto VecU32_4FromHVM = &fp_convert<uint32_t, &to_integer<uint16_t, uint32_t, true>>;
-constexpr auto VecS64_8FromHVM = &fp_convert<uint64_t, &to_integer<uint16_t, uint64_t, false>>;
-constexpr auto VecU64_8FromHVM = &fp_convert<uint64_t, &to_integer<uint16_t, uint64_t, true>>;
-constexpr auto VecU32_4FromFVM = &fp_convert<uint32_t, &to_integer<uint32_t, uint32_t, true>>;
-constexpr auto VecU64_8FromFVM = &fp_convert<uint64_t, &to_integer<uint32_t, uint64_t, true>>;
+constexpr auto VecS16_2FromHVM = &fp_merging_unary<uint16_t, &to_integer<uint16_t, uint16_t, uint16_t, false>>;
+constexpr auto VecU16_2FromHVM = &fp_merging_unary<uint16_t, &to_integer<uint16_t, uint16_t, uint16_t, true>>;
+constexpr auto VecS32_4FromHVM = &fp_merging_unary<uint32_t, &to_integer<uint32_t, uint16_t, uint32_t, false>>;
+constexpr auto VecU32_4FromHVM = &fp_merging_unary<uint32_t, &to_integer<uint32_t, uint16_t, uint32_t, true>>;
+constexpr auto VecS64_8FromHVM = &fp_merging_unary<uint64_t, &to_integer<uint64_t, uint16_t, uint64_t, false>>;
+constexpr auto VecU64_8FromHVM = &fp_merging_unary<uint64_t, &to_integer<uint64_t, uint16_t, uint64_t, true>>;
+constexpr auto VecU32_4FromFVM = &fp_merging_unary<uint32_t, &to_integer<uint32_t, uint32_t, uint32_t, true>>;
+constexpr auto VecU64_8FromFVM = &fp_merging_unary<uint64_t, &to_integer<uint64_t, uint32_t, uint64_t, true>>;
 
-constexpr auto VecF32ExtndHVM = &fp_convert<uint32_t, &between_formats<uint16_t, uint32_t>>;
-constexpr auto VecD64ExtndHVM = &fp_convert<uint64_t, &between_formats<uint16_t, uint64_t>>;
-constexpr auto VecH32TruncFVM = &fp_convert<uint32_t, &between_formats<uint32_t, uint16_t>>;
-constexpr auto VecH64TruncDVM = &fp_convert<uint64_t, &between_formats<uint64_t, uint16_t>>;
+constexpr auto VecF32ExtndHVM = &fp_merging_unary<uint32_t, &between_formats<uint32_t, uint16_t, uint32_t>>;
+constexpr auto VecD64ExtndHVM = &fp_merging_unary<uint64_t, &between_formats<uint64_t, uint16_t, uint64_t>>;
+constexpr auto VecH32TruncFVM = &fp_merging_unary<uint32_t, &between_formats<uint32_t, uint32_t, uint16_t>>;
+constexpr auto VecH64TruncDVM = &fp_merging_unary<uint64_t, &between_formats<uint64_t, uint64_t, uint16_t>>;
 // clang-format on
 
 } // namespace generic

@@ -19,118 +19,80 @@ enum class Addend { destination, last };
 template <typename T, Addend Where, bool NegateAddend, bool NegateProduct>
 void fp_fused(VecV* out, const VecV* d, const PredV* g, const VecV* n, const VecV* m,
               CpuContext* ctx) {
-  VecV r;
-  const unsigned count = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i < count; ++i) {
-    const T dv = element<T>(*d, i);
-    if (!active(*g, i, sizeof(T))) {
-      set_element<T>(r, i, dv);
-      continue;
-    }
-    const T nv = element<T>(*n, i), mv = element<T>(*m, i);
-    T addend = Where == Addend::destination ? dv : mv;
-    T factor = Where == Addend::destination ? nv : dv;
-    const T other = Where == Addend::destination ? mv : nv;
-    if (NegateAddend) addend = sign_flipped(addend);
-    if (NegateProduct) factor = sign_flipped(factor);
-    set_element<T>(
-        r, i, with_status(ctx, [&](FPSCR& s) { return FPMulAdd<T>(addend, factor, other, s); }));
-  }
-  *out = r;
+  merge_computed<T>(out, *d, *g, ctx, [&](unsigned i, FPSCR& s) {
+    const T dv = element<T>(*d, i), nv = element<T>(*n, i), mv = element<T>(*m, i);
+    const T addend = Where == Addend::destination ? dv : mv;
+    const T factor = Where == Addend::destination ? nv : dv;
+    return FPMulAdd<T>(NegateAddend ? sign_flipped(addend) : addend,
+                       NegateProduct ? sign_flipped(factor) : factor,
+                       Where == Addend::destination ? mv : nv, s);
+  });
 }
 
 // Indexed forms: the second factor is one element of each 128-bit segment.
 template <typename T>
 void fp_mul_indexed(VecV* out, const VecV* n, const VecV* m, uint32_t index, CpuContext* ctx) {
-  VecV r;
-  const unsigned count = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i < count; ++i) {
-    const T x = element<T>(*n, i), y = element<T>(*m, segment_lane<T>(i, index));
-    set_element<T>(r, i, with_status(ctx, [&](FPSCR& s) { return FPMul<T>(x, y, s); }));
-  }
-  *out = r;
+  compute_each<T>(out, ctx, [&](unsigned i, FPSCR& s) {
+    return FPMul<T>(element<T>(*n, i), element<T>(*m, segment_lane<T>(i, index)), s);
+  });
 }
 
 template <typename T, bool NegateProduct>
 void fp_fused_indexed(VecV* out, const VecV* n, const VecV* m, const VecV* d, uint32_t index,
                       CpuContext* ctx) {
-  VecV r;
-  const unsigned count = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i < count; ++i) {
-    const T addend = element<T>(*d, i), y = element<T>(*m, segment_lane<T>(i, index));
-    const T x = NegateProduct ? sign_flipped(element<T>(*n, i)) : element<T>(*n, i);
-    set_element<T>(r, i, with_status(ctx, [&](FPSCR& s) { return FPMulAdd<T>(addend, x, y, s); }));
-  }
-  *out = r;
+  compute_each<T>(out, ctx, [&](unsigned i, FPSCR& s) {
+    const T x = element<T>(*n, i);
+    return FPMulAdd<T>(element<T>(*d, i), NegateProduct ? sign_flipped(x) : x,
+                       element<T>(*m, segment_lane<T>(i, index)), s);
+  });
 }
 
-// ---- Complex numbers: the even element is the real part, the odd one the
-// imaginary part. Each element has its own predicate test. ----
+// ---- Complex numbers: the even element of a pair is the real part, the
+// odd one the imaginary part. Each element has its own predicate test. ----
 
-// FCADD: rotation 0 adds b * i, rotation 1 adds b * -i.
+// FCADD: rotation 0 adds b * i, rotation 1 adds b * -i: the real part gains
+// -b.imaginary (or +), the imaginary part +b.real (or -).
 template <typename T>
 void fp_complex_add(VecV* out, const VecV* a, const PredV* g, const VecV* b, uint32_t rotation,
                     CpuContext* ctx) {
-  VecV r = *a;
-  const unsigned count = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i + 1 < count; i += 2) {
-    const T ar = element<T>(*a, i), ai = element<T>(*a, i + 1);
-    const T br = element<T>(*b, i), bi = element<T>(*b, i + 1);
-    const T real_term = rotation ? bi : sign_flipped(bi);
-    const T imaginary_term = rotation ? sign_flipped(br) : br;
-    if (active(*g, i, sizeof(T)))
-      set_element<T>(r, i, with_status(ctx, [&](FPSCR& s) { return FPAdd<T>(ar, real_term, s); }));
-    if (active(*g, i + 1, sizeof(T)))
-      set_element<T>(r, i + 1,
-                     with_status(ctx, [&](FPSCR& s) { return FPAdd<T>(ai, imaginary_term, s); }));
-  }
-  *out = r;
+  merge_computed<T>(out, *a, *g, ctx, [&](unsigned i, FPSCR& s) {
+    const bool real = (i & 1) == 0;
+    const T other = element<T>(*b, real ? i + 1 : i - 1);
+    const bool negate = real == (rotation == 0);
+    return FPAdd<T>(element<T>(*a, i), negate ? sign_flipped(other) : other, s);
+  });
 }
 
-// One step of a complex multiply-add of the pair at n_pair and m_pair into
-// the pair at i: rotations 0 and 2 take the real part of n, 1 and 3 the
-// imaginary part, and the rotation says which part of m goes where and
-// which is negated.
+// FCMLA, element i of the pair at `i & ~1`, whose m pair starts at m_pair:
+// rotations 0 and 2 multiply by the real part of n, 1 and 3 by the
+// imaginary part, and the rotation says which part of m goes to which
+// element and which is negated.
 template <typename T>
-void complex_mla_pair(VecV& r, const VecV& d, const VecV& n, unsigned n_pair, const VecV& m,
-                      unsigned m_pair, unsigned i, uint32_t rotation, bool real_active,
-                      bool imaginary_active, CpuContext* ctx) {
-  const unsigned sel = rotation & 1;
-  const T n_part = element<T>(n, n_pair + sel);
-  T m_real = element<T>(m, m_pair + sel), m_imaginary = element<T>(m, m_pair + 1 - sel);
-  if (rotation == 1 || rotation == 2) m_real = sign_flipped(m_real);
-  if (rotation == 2 || rotation == 3) m_imaginary = sign_flipped(m_imaginary);
-  const T dr = element<T>(d, i), di = element<T>(d, i + 1);
-  if (real_active)
-    set_element<T>(r, i,
-                   with_status(ctx, [&](FPSCR& s) { return FPMulAdd<T>(dr, n_part, m_real, s); }));
-  if (imaginary_active)
-    set_element<T>(r, i + 1, with_status(ctx, [&](FPSCR& s) {
-                     return FPMulAdd<T>(di, n_part, m_imaginary, s);
-                   }));
+T complex_mla_element(const VecV& d, const VecV& n, const VecV& m, unsigned i, unsigned m_pair,
+                      uint32_t rotation, FPSCR& s) {
+  const unsigned sel = rotation & 1, pair = i & ~1u;
+  const bool real = (i & 1) == 0;
+  const T m_part = element<T>(m, m_pair + (real ? sel : 1 - sel));
+  const bool negate = real ? rotation == 1 || rotation == 2 : rotation == 2 || rotation == 3;
+  return FPMulAdd<T>(element<T>(d, i), element<T>(n, pair + sel),
+                     negate ? sign_flipped(m_part) : m_part, s);
 }
 
 template <typename T>
 void fp_complex_mla(VecV* out, const VecV* d, const PredV* g, const VecV* n, const VecV* m,
                     uint32_t rotation, CpuContext* ctx) {
-  VecV r = *d;
-  const unsigned count = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i + 1 < count; i += 2)
-    complex_mla_pair<T>(r, *d, *n, i, *m, i, i, rotation, active(*g, i, sizeof(T)),
-                        active(*g, i + 1, sizeof(T)), ctx);
-  *out = r;
+  merge_computed<T>(out, *d, *g, ctx, [&](unsigned i, FPSCR& s) {
+    return complex_mla_element<T>(*d, *n, *m, i, i & ~1u, rotation, s);
+  });
 }
 
 // The indexed form: the m pair is pair `index` of each 128-bit segment.
 template <typename T>
 void fp_complex_mla_indexed(VecV* out, const VecV* n, const VecV* m, const VecV* d,
                             uint32_t rotation, uint32_t index, CpuContext* ctx) {
-  VecV r = *d;
-  const unsigned count = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i + 1 < count; i += 2)
-    complex_mla_pair<T>(r, *d, *n, i, *m, segment_lane<T>(i, 2 * index), i, rotation, true, true,
-                        ctx);
-  *out = r;
+  compute_each<T>(out, ctx, [&](unsigned i, FPSCR& s) {
+    return complex_mla_element<T>(*d, *n, *m, i, segment_lane<T>(i & ~1u, 2 * index), rotation, s);
+  });
 }
 
 template <typename T> struct fp_fused_family {

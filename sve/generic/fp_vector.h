@@ -16,6 +16,8 @@ namespace generic {
 // as they were, and the cumulative flags IOC..IXC and IDC.
 constexpr uint32_t kFpsrKept = 0xf800009f;
 
+// An operation without a status of its own (the sign-bit operations,
+// FEXPA, FTSSEL) leaves the copy as it was, and the update adds nothing.
 template <typename Call> auto with_status(CpuContext* ctx, Call call) {
   FPSCR status = ctx->fpcr;
   const auto result = call(status);
@@ -63,96 +65,79 @@ template <typename T> constexpr T fp_constant(FpConstant c) {
 
 // ---- Element-wise loops ----
 
+// Element i of the result is compute(i, status) where its predicate bit is
+// set, and element i of `old` where it is not.
+template <typename T, typename Compute>
+void merge_computed(VecV* out, const VecV& old, const PredV& g, CpuContext* ctx, Compute compute) {
+  VecV r;
+  const unsigned n = element_count(ctx, sizeof(T) * 8);
+  for (unsigned i = 0; i < n; ++i)
+    set_element<T>(r, i,
+                   active(g, i, sizeof(T))
+                       ? with_status(ctx, [&](FPSCR& s) { return T(compute(i, s)); })
+                       : element<T>(old, i));
+  *out = r;
+}
+
+// Every element computed.
+template <typename T, typename Compute>
+void compute_each(VecV* out, CpuContext* ctx, Compute compute) {
+  VecV r;
+  const unsigned n = element_count(ctx, sizeof(T) * 8);
+  for (unsigned i = 0; i < n; ++i)
+    set_element<T>(r, i, with_status(ctx, [&](FPSCR& s) { return T(compute(i, s)); }));
+  *out = r;
+}
+
 // Active elements Op(a, b), inactive ones a.
 template <typename T, FpBinary<T> Op>
 void fp_merging(VecV* out, const VecV* a, const PredV* g, const VecV* b, CpuContext* ctx) {
-  VecV r;
-  const unsigned n = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i < n; ++i) {
-    const T x = element<T>(*a, i);
-    set_element<T>(r, i,
-                   active(*g, i, sizeof(T))
-                       ? with_status(ctx, [&](FPSCR& s) { return Op(x, element<T>(*b, i), s); })
-                       : x);
-  }
-  *out = r;
+  merge_computed<T>(out, *a, *g, ctx, [&](unsigned i, FPSCR& s) {
+    return Op(element<T>(*a, i), element<T>(*b, i), s);
+  });
 }
 
 // Active elements Op(b), inactive ones keep the destination a.
 template <typename T, FpUnary<T> Op>
 void fp_merging_unary(VecV* out, const VecV* a, const PredV* g, const VecV* b, CpuContext* ctx) {
-  VecV r;
-  const unsigned n = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i < n; ++i) {
-    const T x = element<T>(*b, i);
-    set_element<T>(r, i,
-                   active(*g, i, sizeof(T)) ? with_status(ctx, [&](FPSCR& s) { return Op(x, s); })
-                                            : element<T>(*a, i));
-  }
-  *out = r;
+  merge_computed<T>(out, *a, *g, ctx,
+                    [&](unsigned i, FPSCR& s) { return Op(element<T>(*b, i), s); });
 }
 
-// The sign-bit operations, which have no status.
+// The sign-bit operations, which raise nothing.
 template <typename T, BitUnary<T> Op>
 void bit_merging_unary(VecV* out, const VecV* a, const PredV* g, const VecV* b, CpuContext* ctx) {
-  VecV r;
-  const unsigned n = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i < n; ++i)
-    set_element<T>(r, i, active(*g, i, sizeof(T)) ? Op(element<T>(*b, i)) : element<T>(*a, i));
-  *out = r;
+  merge_computed<T>(out, *a, *g, ctx, [&](unsigned i, FPSCR&) { return Op(element<T>(*b, i)); });
 }
 
 // Bit 0 of the immediate picks one of two constants as every b.
 template <typename T, FpBinary<T> Op, FpConstant IfClear, FpConstant IfSet>
 void fp_merging_constant(VecV* out, const VecV* a, const PredV* g, uint32_t imm, CpuContext* ctx) {
-  VecV r;
-  const unsigned n = element_count(ctx, sizeof(T) * 8);
   const T b = fp_constant<T>((imm & 1) ? IfSet : IfClear);
-  for (unsigned i = 0; i < n; ++i) {
-    const T x = element<T>(*a, i);
-    set_element<T>(
-        r, i,
-        active(*g, i, sizeof(T)) ? with_status(ctx, [&](FPSCR& s) { return Op(x, b, s); }) : x);
-  }
-  *out = r;
+  merge_computed<T>(out, *a, *g, ctx,
+                    [&](unsigned i, FPSCR& s) { return Op(element<T>(*a, i), b, s); });
 }
 
 template <typename T, FpBinary<T> Op>
 void fp_unpredicated(VecV* out, const VecV* a, const VecV* b, CpuContext* ctx) {
-  VecV r;
-  const unsigned n = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i < n; ++i) {
-    const T x = element<T>(*a, i), y = element<T>(*b, i);
-    set_element<T>(r, i, with_status(ctx, [&](FPSCR& s) { return Op(x, y, s); }));
-  }
-  *out = r;
+  compute_each<T>(
+      out, ctx, [&](unsigned i, FPSCR& s) { return Op(element<T>(*a, i), element<T>(*b, i), s); });
 }
 
 template <typename T, FpUnary<T> Op>
 void fp_unpredicated_unary(VecV* out, const VecV* a, CpuContext* ctx) {
-  VecV r;
-  const unsigned n = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i < n; ++i) {
-    const T x = element<T>(*a, i);
-    set_element<T>(r, i, with_status(ctx, [&](FPSCR& s) { return Op(x, s); }));
-  }
-  *out = r;
+  compute_each<T>(out, ctx, [&](unsigned i, FPSCR& s) { return Op(element<T>(*a, i), s); });
 }
 
 template <typename T, BitUnary<T> Op>
 void bit_unpredicated_unary(VecV* out, const VecV* a, CpuContext* ctx) {
-  VecV r;
-  const unsigned n = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i < n; ++i) set_element<T>(r, i, Op(element<T>(*a, i)));
-  *out = r;
+  compute_each<T>(out, ctx, [&](unsigned i, FPSCR&) { return Op(element<T>(*a, i)); });
 }
 
 template <typename T, BitBinary<T> Op>
 void bit_unpredicated(VecV* out, const VecV* a, const VecV* b, CpuContext* ctx) {
-  VecV r;
-  const unsigned n = element_count(ctx, sizeof(T) * 8);
-  for (unsigned i = 0; i < n; ++i) set_element<T>(r, i, Op(element<T>(*a, i), element<T>(*b, i)));
-  *out = r;
+  compute_each<T>(out, ctx,
+                  [&](unsigned i, FPSCR&) { return Op(element<T>(*a, i), element<T>(*b, i)); });
 }
 
 // The element of the same 128-bit segment as element e, `index` from the
