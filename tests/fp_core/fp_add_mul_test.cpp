@@ -31,8 +31,9 @@ flag_census compare_binary(uint64_t seed, Lib lib, Host host) {
     T b = related_operand<T>(rng, a);
     if (rng.coin()) std::swap(a, b);
     const FPSCR controls = random_fpscr(rng);
-    // Flags already set must survive: the library only ever adds.
-    const FPSCR before = controls | (rng.coin() ? FP_DZC : 0);
+    // Flags already set must survive: the library only ever adds. The
+    // library's word may hold trap enables; the processor's never does.
+    const FPSCR before = controls | (rng.coin() ? FP_DZC : 0) | random_trap_enables(rng);
     FPSCR fpscr = before;
     T got = lib(a, b, fpscr);
     host_result want = host(a, b, controls);

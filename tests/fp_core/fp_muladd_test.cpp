@@ -48,7 +48,7 @@ TYPED_TEST(FpMulAddDifferential, MatchesFusedInstruction) {
     T c = related_operand<T>(rng, b);
     if (rng.coin()) std::swap(b, c);
     T a = rng.coin() ? addend_for<T>(rng, b, c) : random_operand<T>(rng);
-    const FPSCR controls = random_fpscr(rng);
+    const FPSCR controls = random_fpscr(rng) | random_trap_enables(rng);
     FPSCR fpscr = controls;
     T got = FPMulAdd<T>(a, b, c, fpscr);
     host_result want = host_fmadd(a, b, c, controls);

@@ -115,3 +115,11 @@ inline FPSCR random_fpscr(fp_rng& rng) {
   if (rng.coin()) fpscr |= FPSCR_AHP;
   return fpscr;
 }
+
+// Trap enable bits (IOE, DZE, OFE, UFE, IXE, IDE) for the library's word.
+// They change nothing: exceptions are only recorded, and underflow stays
+// tied to inexactness even with UFE set, where the architecture would signal
+// it for every tiny result. Tests keep them out of the processor's FPCR.
+inline FPSCR random_trap_enables(fp_rng& rng) {
+  return rng.coin() ? static_cast<FPSCR>(rng.next() & 0x9f00u) : 0u;
+}
