@@ -34,19 +34,12 @@ TYPED_TEST(EveryWidth, AddSubMulMergeLikeTheHost) {
 
 TYPED_TEST(EveryWidth, UnpredicatedFormsComputeEveryElement) {
   using T = TypeParam;
-  const auto fn = by_width<T>(VecF16SubVVX, VecF32SubVVX, VecD64SubVVX);
-  draw d;
-  for (uint32_t vl : kLengths) {
-    CpuContext ctx = d.context(vl);
-    const VecV a = d.vector<T>(vl), b = d.vector<T>(vl);
-    expectation<T> want(a, ctx.fpsr);
-    for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)
-      want.compute(i, ctx.fpcr, [&] { return host::sub<T>(element<T>(a, i), element<T>(b, i)); });
-    VecV out;
-    fn(&out, &a, &b, &ctx);
-    expect_elements<T>(want.value, out, vl, "fsub unpredicated");
-    ASSERT_EQ(ctx.fpsr, want.fpsr);
-  }
+  unpredicated_against_host<T>(by_width<T>(VecF16AddVVX, VecF32AddVVX, VecD64AddVVX), host::add<T>,
+                               "fadd");
+  unpredicated_against_host<T>(by_width<T>(VecF16SubVVX, VecF32SubVVX, VecD64SubVVX), host::sub<T>,
+                               "fsub");
+  unpredicated_against_host<T>(by_width<T>(VecF16MulVVX, VecF32MulVVX, VecD64MulVVX), host::mul<T>,
+                               "fmul");
 }
 
 // FADDA adds in element order, skipping inactive elements; with none active

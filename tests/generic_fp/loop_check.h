@@ -120,6 +120,25 @@ void tree_against_host(ReduceFn<T> fn, HostFn<T> op, FpConstant identity, const 
     }
 }
 
+// Forms without a predicate: every element computed.
+template <typename T>
+void unpredicated_against_host(void (*fn)(VecV*, const VecV*, const VecV*, CpuContext*),
+                               HostFn<T> host_op, const char* what) {
+  draw d;
+  for (uint32_t vl : kLengths)
+    for (int round = 0; round < 20; ++round) {
+      CpuContext ctx = d.context(vl);
+      const VecV a = d.vector<T>(vl), b = d.vector<T>(vl);
+      expectation<T> want(a, ctx.fpsr);
+      for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)
+        want.compute(i, ctx.fpcr, [&] { return host_op(element<T>(a, i), element<T>(b, i), 0); });
+      VecV out;
+      fn(&out, &a, &b, &ctx);
+      expect_elements<T>(want.value, out, vl, what);
+      ASSERT_EQ(ctx.fpsr, want.fpsr) << what;
+    }
+}
+
 // The function of a family for the width T.
 template <typename T, typename F> F by_width(F half, F single, F dbl) {
   return sizeof(T) == 2 ? half : sizeof(T) == 4 ? single : dbl;
