@@ -3,42 +3,6 @@
 #include "../handlers.h"
 #include "../stub.h"
 
-SVE_STUB_HANDLER(sve_ld2b_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_ld2b_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_ld2d_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_ld2d_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_ld2h_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_ld2h_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_ld2w_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_ld2w_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_ld3b_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_ld3b_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_ld3d_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_ld3d_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_ld3h_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_ld3h_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_ld3w_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_ld3w_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_ld4b_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_ld4b_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_ld4d_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_ld4d_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_ld4h_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_ld4h_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_ld4w_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_ld4w_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
 SVE_STUB_HANDLER(sve_ldff1b_d_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
                  aarch64_i_reg)
 SVE_STUB_HANDLER(sve_ldff1b_h_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
@@ -69,39 +33,3 @@ SVE_STUB_HANDLER(sve_ldnf1sh_s_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp
 SVE_STUB_HANDLER(sve_ldnf1sw_d_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
 SVE_STUB_HANDLER(sve_ldnf1w_d_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
 SVE_STUB_HANDLER(sve_ldnf1w_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_st2b_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_st2b_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_st2d_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_st2d_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_st2h_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_st2h_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_st2w_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_st2w_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_st3b_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_st3b_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_st3d_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_st3d_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_st3h_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_st3h_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_st3w_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_st3w_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_st4b_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_st4b_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_st4d_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_st4d_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_st4h_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_st4h_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
-SVE_STUB_HANDLER(sve_st4w_scaled_zprr, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg,
-                 aarch64_i_reg)
-SVE_STUB_HANDLER(sve_st4w_zpri, aarch64_z_reg, aarch64_p_reg, aarch64_i_rsp_reg, int)
