@@ -1,5 +1,6 @@
 #include "draw.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "decode/fields.h"
@@ -375,10 +376,14 @@ void draw_state(rng_t& rng, const row_profile& p, uint32_t word, const test_area
 
 void draw_memory(rng_t& rng, const row_profile& p, const test_area& area) {
   const size_t window = 4096;
-  uint8_t* const middle = area.begin + area.bytes / 2 - window / 2;
+  // A structured form's immediate moves its address by up to eight lists of
+  // N vectors either way, and its data spans one more list.
+  const size_t list_reach = 8 * p.registers * 48;
+  const size_t middle_window = p.registers > 1 ? std::max(window, 2 * (1024 + list_reach)) : window;
+  uint8_t* const middle = area.begin + area.bytes / 2 - middle_window / 2;
   uint8_t* const top = area.unreadable - window / 4;
   for (uint8_t* start : {middle, top}) {
-    uint8_t* const end = start == middle ? middle + window : area.unreadable;
+    uint8_t* const end = start == middle ? middle + middle_window : area.unreadable;
     for (uint8_t* q = start; q < end; q += 8) {
       const uint64_t v = rng();
       std::memcpy(q, &v, 8);

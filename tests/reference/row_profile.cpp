@@ -46,6 +46,12 @@ row_profile profile_of(const decode_row& row) {
   while (i < name.size() && std::isdigit(static_cast<unsigned char>(name[i])))
     bits = bits * 10 + static_cast<unsigned>(name[i++] - '0');
   p.elem_bytes = bits >= 8 ? bits / 8 : 1;
+  // Structured forms give their register count after the width:
+  // VecU8E3Load1SIZ moves structures of three bytes.
+  p.registers = 1;
+  if (i + 1 < name.size() && name[i] == 'E' &&
+      std::isdigit(static_cast<unsigned char>(name[i + 1])))
+    p.registers = static_cast<unsigned>(name[i + 1] - '0');
   p.floating = kind == 'F' || kind == 'D' || kind == 'H';
   // A conversion's kind names its result; its operands are of the kind
   // after "From": VecS32_4FromFVM reads singles, VecF32FromS4VM integers.

@@ -23,6 +23,7 @@ struct row_profile {
   bool floating;       // half, single or double elements
   addressing addr;
   unsigned msize;      // bytes of one memory element
+  unsigned registers;  // structured forms: registers in the list, 2 to 4; else 1
   unsigned lane_bytes; // vector forms: bytes of each base or offset element
   bool offset_32;      // vector offsets: only the low 32 bits count
   bool offset_signed;  // vector offsets are sign-extended
