@@ -22,87 +22,60 @@ template <typename T> inline fp_pair<T> fp_unpack_pair(T op1, T op2, int mode, i
   return p;
 }
 
-// Whether op1 is at or above op2, for ordered operands that are not equal
-// zeros: on differing signs the positive one is above, and within a sign the
-// exponent and then the mantissa decide, reversed for negative values.
-template <typename T> inline bool fp_above_or_equal(const fp_pair<T>& p, bool or_equal) {
+// Whether op1 is above op2, for ordered operands that are not equal: on
+// differing signs the positive one is above, and within a sign the exponent
+// and then the mantissa decide, reversed for negative values.
+template <typename T> inline bool fp_above(const fp_pair<T>& p) {
   if (p.a_sgn != p.b_sgn) return p.b_sgn;
   if (p.a_exp != p.b_exp) return p.a_sgn ^ (p.a_exp > p.b_exp);
-  if (p.a_mnt != p.b_mnt) return p.a_sgn ^ (p.a_mnt > p.b_mnt);
-  return or_equal;
+  return p.a_sgn ^ (p.a_mnt > p.b_mnt);
 }
 
-template <typename T> inline bool fp_equal_unpacked(T op1, T op2, const fp_pair<T>& p) {
-  return op1 == op2 || (!p.a_mnt && !p.b_mnt);
-}
+enum fp_order { FP_UNORDERED, FP_EQUAL, FP_BELOW, FP_ABOVE };
 
-// Whether the pair is unordered. A signalling NaN raises IOC; a quiet one
-// does too where the comparison signals on every NaN.
-template <typename T> inline bool fp_unordered(T op1, T op2, bool signal_quiet, int* flags) {
-  if (!fp_is_nan(op1) && !fp_is_nan(op2)) return false;
-  if (signal_quiet || fp_is_signalling_nan(op1) || fp_is_signalling_nan(op2)) *flags |= FP_IOC;
-  return true;
+// How op1 stands to op2. Every compare is a question about this answer; they
+// differ only in whether a quiet NaN raises IOC (a signalling one always
+// does). Equal means the same pattern, or two zeros after the input flush,
+// so +0 equals -0 and a flushed denormal equals a zero.
+template <typename T> inline fp_order fp_order_of(T op1, T op2, bool signal_quiet, FPSCR& fpscr) {
+  int flags = 0;
+  const fp_pair<T> p = fp_unpack_pair(op1, op2, fp_mode_of(fpscr), &flags);
+  fp_order order;
+  if (fp_is_nan(op1) || fp_is_nan(op2)) {
+    if (signal_quiet || fp_is_signalling_nan(op1) || fp_is_signalling_nan(op2)) flags |= FP_IOC;
+    order = FP_UNORDERED;
+  } else if (op1 == op2 || (!p.a_mnt && !p.b_mnt)) {
+    order = FP_EQUAL;
+  } else {
+    order = fp_above(p) ? FP_ABOVE : FP_BELOW;
+  }
+  fp_flags_merge(flags, fpscr);
+  return order;
 }
 
 template <typename T> inline bool FPCompareEQ(T op1, T op2, FPSCR& fpscr) {
-  int flags = 0;
-  const fp_pair<T> p = fp_unpack_pair(op1, op2, fp_mode_of(fpscr), &flags);
-  bool result;
-  if (fp_unordered(op1, op2, false, &flags)) {
-    result = false;
-  } else {
-    result = fp_equal_unpacked(op1, op2, p);
-  }
-  fp_flags_merge(flags, fpscr);
-  return result;
+  return fp_order_of(op1, op2, false, fpscr) == FP_EQUAL;
 }
 
 // GE and GT signal on any NaN, quiet or not.
-template <typename T> inline bool fp_compare_order(T op1, T op2, bool or_equal, FPSCR& fpscr) {
-  int flags = 0;
-  const fp_pair<T> p = fp_unpack_pair(op1, op2, fp_mode_of(fpscr), &flags);
-  bool result;
-  if (fp_unordered(op1, op2, true, &flags)) {
-    result = false;
-  } else if (!p.a_mnt && !p.b_mnt) {
-    result = or_equal;
-  } else {
-    result = fp_above_or_equal(p, or_equal);
-  }
-  fp_flags_merge(flags, fpscr);
-  return result;
-}
-
 template <typename T> inline bool FPCompareGE(T op1, T op2, FPSCR& fpscr) {
-  return fp_compare_order(op1, op2, true, fpscr);
+  const fp_order order = fp_order_of(op1, op2, true, fpscr);
+  return order == FP_EQUAL || order == FP_ABOVE;
 }
 
 template <typename T> inline bool FPCompareGT(T op1, T op2, FPSCR& fpscr) {
-  return fp_compare_order(op1, op2, false, fpscr);
+  return fp_order_of(op1, op2, true, fpscr) == FP_ABOVE;
 }
 
 template <typename T> inline bool FPCompareUN(T op1, T op2, FPSCR& fpscr) {
-  int flags = 0;
-  fp_unpack_pair(op1, op2, fp_mode_of(fpscr), &flags);
-  const bool unordered = fp_unordered(op1, op2, false, &flags);
-  fp_flags_merge(flags, fpscr);
-  return unordered;
+  return fp_order_of(op1, op2, false, fpscr) == FP_UNORDERED;
 }
 
-// The NZCV nibble of a scalar compare: 3 unordered, 6 equal, 8 below, 2 above.
+// The NZCV nibble of a scalar compare: unordered 3 (C V), equal 6 (Z C),
+// below 8 (N), above 2 (C).
 template <typename T> inline int FPCompare(T op1, T op2, bool signal_nans, FPSCR& fpscr) {
-  int flags = 0;
-  const fp_pair<T> p = fp_unpack_pair(op1, op2, fp_mode_of(fpscr), &flags);
-  int result;
-  if (fp_unordered(op1, op2, signal_nans, &flags)) {
-    result = 3;
-  } else if (fp_equal_unpacked(op1, op2, p)) {
-    result = 6;
-  } else {
-    result = fp_above_or_equal(p, false) ? 2 : 8;
-  }
-  fp_flags_merge(flags, fpscr);
-  return result;
+  static constexpr int nzcv[] = {3, 6, 8, 2};
+  return nzcv[fp_order_of(op1, op2, signal_nans, fpscr)];
 }
 
 // Maximum and minimum return the picked operand re-packed from its unpacked

@@ -110,19 +110,11 @@ template <typename T> inline T FPDiv(T op1, T op2, FPSCR& fpscr) {
   return result;
 }
 
-// Roots of finite positive operands, unpacked. Each first normalises and
-// moves the exponent to the parity that halves exactly for the width's bias,
-// shifting the mantissa by one place to keep the value. The comparison of
-// the candidate's square with the operand at the end is the only place where
-// the exact root is looked at.
-inline uint16_t fp_sqrt_finite(int a_exp, uint16_t a_mnt, int mode, int* flags) {
-  fp_normalise(&a_mnt, &a_exp);
-  if (!(a_exp & 1)) {
-    ++a_exp;
-    a_mnt >>= 1;
-  }
-  int x_exp = (a_exp + 25) >> 1;
-
+// Roots of the prepared mantissa a of a finite positive operand, with the
+// root's exponent x_exp (see FPSqrt). The comparison of the candidate's
+// square with the operand at the end is the only place where the exact root
+// is looked at.
+inline uint16_t fp_sqrt_finite(uint16_t a_mnt, int x_exp, int mode, int* flags) {
   const uint32_t a = a_mnt;
   uint32_t x = (a >> 3) + (a >> 2) + 0x5000;
   const uint32_t n = a << 16;
@@ -139,15 +131,7 @@ inline uint16_t fp_sqrt_finite(int a_exp, uint16_t a_mnt, int mode, int* flags) 
   return fp16_round_(0, x_exp, uint16_t((root << 1) | (t1 != t0)), mode & 3, mode, flags);
 }
 
-inline uint32_t fp_sqrt_finite(int a_exp, uint32_t a_mnt, int mode, int* flags) {
-  fp_normalise(&a_mnt, &a_exp);
-  if (!(a_exp & 1)) {
-    ++a_exp;
-    a_mnt >>= 1;
-  }
-  int x_exp = (a_exp + 147) >> 1;
-
-  const uint32_t a = a_mnt;
+inline uint32_t fp_sqrt_finite(uint32_t a, int x_exp, int mode, int* flags) {
   const uint32_t x = (a >> 3) + (a >> 2) + 0x50000000;
   const uint32_t s1 = a / (x >> 15) + (x >> 16);
   const uint32_t s2 = ((s1 >> 1) & 0xffff) + a / s1;
@@ -163,15 +147,7 @@ inline uint32_t fp_sqrt_finite(int a_exp, uint32_t a_mnt, int mode, int* flags) 
 // Two Newton steps on the top half give a 32-bit root estimate; its
 // reciprocal, refined once, turns the operand's full width into a correction
 // of the estimate without a 128-bit division.
-inline uint64_t fp_sqrt_finite(int a_exp, uint64_t a_mnt, int mode, int* flags) {
-  fp_normalise(&a_mnt, &a_exp);
-  if (a_exp & 1) {
-    ++a_exp;
-    a_mnt >>= 1;
-  }
-  int x_exp = (a_exp + 1053) >> 1;
-
-  const uint64_t a = a_mnt;
+inline uint64_t fp_sqrt_finite(uint64_t a, int x_exp, int mode, int* flags) {
   const uint32_t x = uint32_t((a >> 34) + (a >> 35) + 0x50000000);
   const uint64_t h = a >> 32;
   const uint32_t s1 = uint32_t(h / (x >> 15) + (x >> 16));
@@ -217,7 +193,16 @@ template <typename T> inline T FPSqrt(T op, FPSCR& fpscr) {
     flags |= FP_IOC;
     result = fp_default_nan<T>();
   } else {
-    result = fp_sqrt_finite(a_exp, a_mnt, mode, &flags);
+    // Normalise, then give the exponent the parity that halves exactly for
+    // the width's bias, moving the mantissa one place to keep the value.
+    constexpr int parity_to_move = sizeof(T) == 8 ? 1 : 0;
+    constexpr int root_exp_offset = sizeof(T) == 2 ? 25 : sizeof(T) == 4 ? 147 : 1053;
+    fp_normalise(&a_mnt, &a_exp);
+    if ((a_exp & 1) == parity_to_move) {
+      ++a_exp;
+      a_mnt = T(a_mnt >> 1);
+    }
+    result = fp_sqrt_finite(a_mnt, (a_exp + root_exp_offset) >> 1, mode, &flags);
   }
   fp_flags_merge(flags, fpscr);
   return result;
