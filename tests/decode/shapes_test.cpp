@@ -348,7 +348,8 @@ TEST(Operands, GenericPrefetchAndUnknownWords) {
   EXPECT_EQ(describe(0x0416a020), // abs z0.b, p0/m, z1.b
             "generic: Z{0, 0, 5, 5} z0.b, P{0, 6, 7, 7} p0, Z{1, 0, 5, 5} z1.b -> z0");
   EXPECT_EQ(describe(0x0420e3ff), "generic: uimm(9:5) 31, uimm(19:16) 0 -> xzr"); // cntb xzr
-  EXPECT_EQ(describe(0x655aa020), "generic");       // fcvtzs z0.h, p0/m, z1.h: not written yet
+  EXPECT_EQ(describe(0x655aa020), // fcvtzs z0.h, p0/m, z1.h
+            "generic: Z{0, 1, 5, 5} z0.h, P{0, 6, 7, 7} p0, Z{1, 1, 5, 5} z1.h -> z0");
   EXPECT_EQ(describe(0x84200000), "none");          // prfb pldl1keep, p0, [x0, z0.s, uxtw]
   EXPECT_EQ(describe(0xd503201f), "no decode row"); // nop
   EXPECT_EQ(std::string(name_of(0x84200000)).find("Prefetch") != std::string::npos, true);

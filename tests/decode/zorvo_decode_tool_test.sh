@@ -33,8 +33,8 @@ expect_line "$out" "  map       decode_map__31_13, key 0x12fce"
 expect_line "$out" "  handler   sve_fdup_zi"
 expect_line "$out" "  operands  Z{2, 3, 5, 5} z2.d, fp-dup {half 0x3c00, single 0x3f800000, double 0x3ff0000000000000}"
 
-# Without 0x, a bridge row, one whose generic function is not written yet, a
-# prefetch and a word that is no SVE instruction.
+# Without 0x, two bridge rows (the second a conversion from half), a prefetch
+# and a word that is no SVE instruction.
 out=$("$tool" 0416a020 655aa020 84200000 D503201F)
 status=$?
 [ "$status" -eq 0 ] || fail "exit status $status for known and unknown words"
@@ -42,7 +42,7 @@ expect_line "$out" "  handler   generic (the generic tier's VecS8AbsVM)"
 expect_line "$out" "  fields    Z(4:0), P(12:10, plain), Z(9:5) -> Z(4:0)"
 expect_line "$out" "  operands  generic: Z{0, 0, 5, 5} z0.b, P{0, 6, 7, 7} p0, Z{1, 0, 5, 5} z1.b -> z0"
 expect_line "$out" "  handler   generic (the generic tier's VecS16_2FromHVM)"
-expect_line "$out" "  operands  generic"
+expect_line "$out" "  operands  generic: Z{0, 1, 5, 5} z0.h, P{0, 6, 7, 7} p0, Z{1, 1, 5, 5} z1.h -> z0"
 expect_line "$out" "  operands  none"
 expect_line "$out" "0xd503201f: no decode row matches; the emulator leaves it to run natively"
 
