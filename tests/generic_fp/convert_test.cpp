@@ -21,28 +21,25 @@ template <typename C, typename Source>
 void convert_against_host(VecFn<C> fn, uint64_t (*host_op)(uint64_t), uint32_t fpcr_clear,
                           const char* what) {
   constexpr bool narrower_float = !std::is_signed_v<Source> && sizeof(Source) < sizeof(C);
-  draw d;
-  for (uint32_t vl : kLengths)
-    for (int round = 0; round < 40; ++round) {
-      CpuContext ctx = d.context(vl);
-      const VecV a = d.vector<C>(vl);
-      VecV b = d.vector<C>(vl);
-      const PredV g = d.predicate();
-      expectation<C> want(a, ctx.fpsr);
-      for (unsigned i = 0; i < vl * 8 / sizeof(C); ++i) {
-        if (narrower_float) // its own hard cases in the low bits
-          set_element<C>(
-              b, i, C((element<C>(b, i) & ~C(Source(~Source(0)))) | edge_value<Source>(d.rng)));
-        const Source x = Source(element<C>(b, i));
-        const uint64_t operand = std::is_signed_v<Source> ? uint64_t(int64_t(x)) : uint64_t(x);
-        if (active(g, i, sizeof(C)))
-          want.compute(i, ctx.fpcr & ~fpcr_clear, [&] { return C(host_op(operand)); });
-      }
-      VecV out;
-      fn(&out, &a, &g, &b, &ctx);
-      expect_elements<C>(want.value, out, vl, what);
-      ASSERT_EQ(ctx.fpsr, want.fpsr) << what;
+  for_random_cases(40, [&](draw& d, uint32_t vl, CpuContext& ctx) {
+    const VecV a = d.vector<C>(vl);
+    VecV b = d.vector<C>(vl);
+    const PredV g = d.predicate();
+    expectation<C> want(a, ctx.fpsr);
+    for (unsigned i = 0; i < vl * 8 / sizeof(C); ++i) {
+      if (narrower_float) // its own hard cases in the low bits
+        set_element<C>(b, i,
+                       C((element<C>(b, i) & ~C(Source(~Source(0)))) | edge_value<Source>(d.rng)));
+      const Source x = Source(element<C>(b, i));
+      const uint64_t operand = std::is_signed_v<Source> ? uint64_t(int64_t(x)) : uint64_t(x);
+      if (active(g, i, sizeof(C)))
+        want.compute(i, ctx.fpcr & ~fpcr_clear, [&] { return C(host_op(operand)); });
     }
+    VecV out;
+    fn(&out, &a, &g, &b, &ctx);
+    expect_elements<C>(want.value, out, vl, what);
+    ASSERT_EQ(ctx.fpsr, want.fpsr) << what;
+  });
 }
 
 TEST(Conversions, FromIntegersRoundByTheControls) {

@@ -21,25 +21,22 @@ using FusedFn = void (*)(VecV*, const VecV*, const PredV*, const VecV*, const Ve
 template <typename T>
 void fused_against_host(FusedFn fn, HostFn<T> host_op, bool addend_is_destination,
                         const char* what) {
-  draw d;
-  for (uint32_t vl : kLengths)
-    for (int round = 0; round < 30; ++round) {
-      CpuContext ctx = d.context(vl);
-      const VecV zd = d.vector<T>(vl), zn = d.vector<T>(vl), zm = d.vector<T>(vl);
-      const PredV g = d.predicate();
-      expectation<T> want(zd, ctx.fpsr);
-      for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)
-        if (active(g, i, sizeof(T))) {
-          const T dv = element<T>(zd, i), nv = element<T>(zn, i), mv = element<T>(zm, i);
-          want.compute(i, ctx.fpcr, [&] {
-            return addend_is_destination ? host_op(dv, nv, mv) : host_op(mv, dv, nv);
-          });
-        }
-      VecV out;
-      fn(&out, &zd, &g, &zn, &zm, &ctx);
-      expect_elements<T>(want.value, out, vl, what);
-      ASSERT_EQ(ctx.fpsr, want.fpsr) << what;
-    }
+  for_random_cases(30, [&](draw& d, uint32_t vl, CpuContext& ctx) {
+    const VecV zd = d.vector<T>(vl), zn = d.vector<T>(vl), zm = d.vector<T>(vl);
+    const PredV g = d.predicate();
+    expectation<T> want(zd, ctx.fpsr);
+    for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)
+      if (active(g, i, sizeof(T))) {
+        const T dv = element<T>(zd, i), nv = element<T>(zn, i), mv = element<T>(zm, i);
+        want.compute(i, ctx.fpcr, [&] {
+          return addend_is_destination ? host_op(dv, nv, mv) : host_op(mv, dv, nv);
+        });
+      }
+    VecV out;
+    fn(&out, &zd, &g, &zn, &zm, &ctx);
+    expect_elements<T>(want.value, out, vl, what);
+    ASSERT_EQ(ctx.fpsr, want.fpsr) << what;
+  });
 }
 
 TEST(Fused, HalfPrecisionFamilyAgainstHost) {
@@ -205,32 +202,28 @@ using ZeroCompareFn = void (*)(PredV*, const PredV*, const VecV*, CpuContext*);
 template <typename T>
 void compare_against_host(CompareFn fn, ZeroCompareFn zero_fn, HostFn<T> host_op, bool negate,
                           const char* what) {
-  draw d;
-  for (uint32_t vl : kLengths)
-    for (int round = 0; round < 40; ++round) {
-      CpuContext ctx = d.context(vl);
-      const VecV a = d.vector<T>(vl), b = d.vector<T>(vl);
-      const PredV g = d.predicate();
-      PredV want{};
-      uint32_t fpsr = ctx.fpsr;
-      for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)
-        if (active(g, i, sizeof(T))) {
-          host_fpcr_scope scope(ctx.fpcr);
-          const bool mask = host_op(element<T>(a, i), fn ? element<T>(b, i) : T(0), 0) != 0;
-          fpsr |= scope.flags();
-          set_pred_bit(want, i * sizeof(T), mask != negate);
-        }
-      PredV out;
-      std::memset(&out, 0xff, sizeof out);
-      if (fn)
-        fn(&out, &g, &a, &b, &ctx);
-      else
-        zero_fn(&out, &g, &a, &ctx);
-      for (unsigned bit = 0; bit < vl * 8; ++bit)
-        ASSERT_EQ(pred_bit(out, bit), pred_bit(want, bit))
-            << what << " bit " << bit << " vl " << vl;
-      ASSERT_EQ(ctx.fpsr, fpsr & kFpsrKept) << what;
-    }
+  for_random_cases(40, [&](draw& d, uint32_t vl, CpuContext& ctx) {
+    const VecV a = d.vector<T>(vl), b = d.vector<T>(vl);
+    const PredV g = d.predicate();
+    PredV want{};
+    uint32_t fpsr = ctx.fpsr;
+    for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)
+      if (active(g, i, sizeof(T))) {
+        host_fpcr_scope scope(ctx.fpcr);
+        const bool mask = host_op(element<T>(a, i), fn ? element<T>(b, i) : T(0), 0) != 0;
+        fpsr |= scope.flags();
+        set_pred_bit(want, i * sizeof(T), mask != negate);
+      }
+    PredV out;
+    std::memset(&out, 0xff, sizeof out);
+    if (fn)
+      fn(&out, &g, &a, &b, &ctx);
+    else
+      zero_fn(&out, &g, &a, &ctx);
+    for (unsigned bit = 0; bit < vl * 8; ++bit)
+      ASSERT_EQ(pred_bit(out, bit), pred_bit(want, bit)) << what << " bit " << bit << " vl " << vl;
+    ASSERT_EQ(ctx.fpsr, fpsr & kFpsrKept) << what;
+  });
 }
 
 TEST(Compare, VectorsAgainstHost) {

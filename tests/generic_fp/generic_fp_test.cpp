@@ -47,30 +47,28 @@ TYPED_TEST(EveryWidth, UnpredicatedFormsComputeEveryElement) {
 TYPED_TEST(EveryWidth, OrderedSumIsTheHostsSequence) {
   using T = TypeParam;
   const auto fn = by_width<T>(VecF16AddReduceAV, VecF32AddReduceAV, VecD64AddReduceAV);
-  draw d;
-  for (uint32_t vl : kLengths)
-    for (int round = 0; round < 40; ++round) {
-      CpuContext ctx = d.context(vl);
-      const VecV a = d.vector<T>(vl);
-      const PredV g = d.predicate();
-      const T initial = edge_value<T>(d.rng);
-      T sum = initial;
-      uint32_t fpsr = ctx.fpsr;
-      for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)
-        if (active(g, i, sizeof(T))) {
-          host_fpcr_scope scope(ctx.fpcr);
-          sum = host::add<T>(sum, element<T>(a, i));
-          fpsr |= scope.flags();
-        }
-      // Bits of Vd above a narrower element are not part of the value.
-      const uint64_t upper = sizeof(T) < 8 ? uint64_t{0xabcd} << 48 : 0;
-      EXPECT_EQ(fn(&g, upper | initial, &a, &ctx), sum);
-      EXPECT_EQ(ctx.fpsr, fpsr & kFpsrKept);
-    }
+  for_random_cases(40, [&](draw& d, uint32_t vl, CpuContext& ctx) {
+    const VecV a = d.vector<T>(vl);
+    const PredV g = d.predicate();
+    const T initial = edge_value<T>(d.rng);
+    T sum = initial;
+    uint32_t fpsr = ctx.fpsr;
+    for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)
+      if (active(g, i, sizeof(T))) {
+        host_fpcr_scope scope(ctx.fpcr);
+        sum = host::add<T>(sum, element<T>(a, i));
+        fpsr |= scope.flags();
+      }
+    // Bits of Vd above a narrower element are not part of the value.
+    const uint64_t upper = sizeof(T) < 8 ? uint64_t{0xabcd} << 48 : 0;
+    EXPECT_EQ(fn(&g, upper | initial, &a, &ctx), sum);
+    EXPECT_EQ(ctx.fpsr, fpsr & kFpsrKept);
+  });
   const PredV none{};
   CpuContext ctx{};
   ctx.vl = 6;
   const T signalling = T(fp_constant<T>(FpConstant::plus_infinity) | 1);
+  draw d;
   const VecV a = d.vector<T>(6);
   EXPECT_EQ(fn(&none, signalling, &a, &ctx), signalling);
   EXPECT_EQ(ctx.fpsr, 0u);

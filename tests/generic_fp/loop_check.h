@@ -39,6 +39,16 @@ struct draw {
   PredV predicate() { return {{rng(), rng(), rng(), rng()}}; }
 };
 
+// Runs `body` on `rounds` random contexts at each of the vector lengths.
+template <typename Body> void for_random_cases(int rounds, Body body) {
+  draw d;
+  for (uint32_t vl : kLengths)
+    for (int round = 0; round < rounds; ++round) {
+      CpuContext ctx = d.context(vl);
+      body(d, vl, ctx);
+    }
+}
+
 // What an element loop must leave: per element either the host's result
 // with its flags, or the old value.
 template <typename T> struct expectation {
@@ -63,23 +73,20 @@ void expect_elements(const VecV& expected, const VecV& actual, uint32_t vl, cons
 // Zdn, Pg, Zm forms; unary ones take their operand from the last vector.
 template <typename T>
 void merging_against_host(VecFn<T> fn, HostFn<T> host_op, bool unary, const char* what) {
-  draw d;
-  for (uint32_t vl : kLengths)
-    for (int round = 0; round < 40; ++round) {
-      CpuContext ctx = d.context(vl);
-      const VecV a = d.vector<T>(vl), b = d.vector<T>(vl);
-      const PredV g = d.predicate();
-      expectation<T> want(a, ctx.fpsr);
-      for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)
-        if (active(g, i, sizeof(T))) {
-          const T x = element<T>(a, i), y = element<T>(b, i);
-          want.compute(i, ctx.fpcr, [&] { return unary ? host_op(y, 0, 0) : host_op(x, y, 0); });
-        }
-      VecV out;
-      fn(&out, &a, &g, &b, &ctx);
-      expect_elements<T>(want.value, out, vl, what);
-      ASSERT_EQ(ctx.fpsr, want.fpsr) << what << " vl " << vl;
-    }
+  for_random_cases(40, [&](draw& d, uint32_t vl, CpuContext& ctx) {
+    const VecV a = d.vector<T>(vl), b = d.vector<T>(vl);
+    const PredV g = d.predicate();
+    expectation<T> want(a, ctx.fpsr);
+    for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)
+      if (active(g, i, sizeof(T))) {
+        const T x = element<T>(a, i), y = element<T>(b, i);
+        want.compute(i, ctx.fpcr, [&] { return unary ? host_op(y, 0, 0) : host_op(x, y, 0); });
+      }
+    VecV out;
+    fn(&out, &a, &g, &b, &ctx);
+    expect_elements<T>(want.value, out, vl, what);
+    ASSERT_EQ(ctx.fpsr, want.fpsr) << what << " vl " << vl;
+  });
 }
 
 // The tree of FADDV and FMAXV: neighbours paired level by level over a
@@ -106,37 +113,31 @@ template <typename T> using ReduceFn = uint64_t (*)(const PredV*, const VecV*, C
 
 template <typename T>
 void tree_against_host(ReduceFn<T> fn, HostFn<T> op, FpConstant identity, const char* what) {
-  draw d;
-  for (uint32_t vl : kLengths)
-    for (int round = 0; round < 40; ++round) {
-      CpuContext ctx = d.context(vl);
-      const VecV a = d.vector<T>(vl);
-      const PredV g = d.predicate();
-      uint32_t fpsr = ctx.fpsr;
-      const T want =
-          host_tree<T>(a, g, vl * 8 / sizeof(T), fp_constant<T>(identity), ctx.fpcr, &fpsr, op);
-      ASSERT_EQ(fn(&g, &a, &ctx), want) << what << " vl " << vl;
-      ASSERT_EQ(ctx.fpsr, fpsr & kFpsrKept) << what << " vl " << vl;
-    }
+  for_random_cases(40, [&](draw& d, uint32_t vl, CpuContext& ctx) {
+    const VecV a = d.vector<T>(vl);
+    const PredV g = d.predicate();
+    uint32_t fpsr = ctx.fpsr;
+    const T want =
+        host_tree<T>(a, g, vl * 8 / sizeof(T), fp_constant<T>(identity), ctx.fpcr, &fpsr, op);
+    ASSERT_EQ(fn(&g, &a, &ctx), want) << what << " vl " << vl;
+    ASSERT_EQ(ctx.fpsr, fpsr & kFpsrKept) << what << " vl " << vl;
+  });
 }
 
 // Forms without a predicate: every element computed.
 template <typename T>
 void unpredicated_against_host(void (*fn)(VecV*, const VecV*, const VecV*, CpuContext*),
                                HostFn<T> host_op, const char* what) {
-  draw d;
-  for (uint32_t vl : kLengths)
-    for (int round = 0; round < 20; ++round) {
-      CpuContext ctx = d.context(vl);
-      const VecV a = d.vector<T>(vl), b = d.vector<T>(vl);
-      expectation<T> want(a, ctx.fpsr);
-      for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)
-        want.compute(i, ctx.fpcr, [&] { return host_op(element<T>(a, i), element<T>(b, i), 0); });
-      VecV out;
-      fn(&out, &a, &b, &ctx);
-      expect_elements<T>(want.value, out, vl, what);
-      ASSERT_EQ(ctx.fpsr, want.fpsr) << what;
-    }
+  for_random_cases(20, [&](draw& d, uint32_t vl, CpuContext& ctx) {
+    const VecV a = d.vector<T>(vl), b = d.vector<T>(vl);
+    expectation<T> want(a, ctx.fpsr);
+    for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)
+      want.compute(i, ctx.fpcr, [&] { return host_op(element<T>(a, i), element<T>(b, i), 0); });
+    VecV out;
+    fn(&out, &a, &b, &ctx);
+    expect_elements<T>(want.value, out, vl, what);
+    ASSERT_EQ(ctx.fpsr, want.fpsr) << what;
+  });
 }
 
 // The function of a family for the width T.
