@@ -1,7 +1,7 @@
-// Bridge decoders whose generic function is not written yet: the floating-
-// point families and the first-fault, non-fault and replicating loads. They
-// fail, and the emulation entry reports the instruction. A row leaves this
-// file when its generic function and BRIDGE_DECODER line exist.
+// Bridge decoders whose generic function is not written yet: the first-
+// fault, non-fault and replicating loads. They fail, and the emulation entry
+// reports the instruction. A row leaves this file when its generic function
+// and BRIDGE_DECODER line exist.
 #include "decoders.h"
 
 #define BRIDGE_PENDING(name)                                                                       \
