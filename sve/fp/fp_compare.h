@@ -8,24 +8,10 @@
 
 #include "fp_core.h"
 
-// Both operands unpacked, with the input flush of the current mode applied,
-// so that a flushed denormal orders as a zero.
-template <typename T> struct fp_pair {
-  int a_sgn, a_exp, b_sgn, b_exp;
-  T a_mnt, b_mnt;
-};
-
-template <typename T> inline fp_pair<T> fp_unpack_pair(T op1, T op2, int mode, int* flags) {
-  fp_pair<T> p;
-  fp_unpack(&p.a_sgn, &p.a_exp, &p.a_mnt, op1, mode, flags);
-  fp_unpack(&p.b_sgn, &p.b_exp, &p.b_mnt, op2, mode, flags);
-  return p;
-}
-
 // Whether op1 is above op2, for ordered operands that are not equal: on
 // differing signs the positive one is above, and within a sign the exponent
 // and then the mantissa decide, reversed for negative values.
-template <typename T> inline bool fp_above(const fp_pair<T>& p) {
+template <typename T> inline bool fp_above(const fp_unpacked_pair<T>& p) {
   if (p.a_sgn != p.b_sgn) return p.b_sgn;
   if (p.a_exp != p.b_exp) return p.a_sgn ^ (p.a_exp > p.b_exp);
   return p.a_sgn ^ (p.a_mnt > p.b_mnt);
@@ -39,7 +25,10 @@ enum fp_order { FP_UNORDERED, FP_EQUAL, FP_BELOW, FP_ABOVE };
 // so +0 equals -0 and a flushed denormal equals a zero.
 template <typename T> inline fp_order fp_order_of(T op1, T op2, bool signal_quiet, FPSCR& fpscr) {
   int flags = 0;
-  const fp_pair<T> p = fp_unpack_pair(op1, op2, fp_mode_of(fpscr), &flags);
+  // The pair's NaN result is not needed; the IOC it raises for a signalling
+  // NaN is the one every compare raises anyway. The input flush makes a
+  // flushed denormal order as a zero.
+  const fp_unpacked_pair<T> p = fp_unpack_two(op1, op2, fp_mode_of(fpscr), &flags);
   fp_order order;
   if (fp_is_nan(op1) || fp_is_nan(op2)) {
     if (signal_quiet || fp_is_signalling_nan(op1) || fp_is_signalling_nan(op2)) flags |= FP_IOC;
@@ -85,8 +74,8 @@ template <typename T> inline int FPCompare(T op1, T op2, bool signal_nans, FPSCR
 template <typename T> inline T fp_min_max(T op1, T op2, bool want_max, FPSCR& fpscr) {
   const int mode = fp_mode_of(fpscr);
   int flags = 0;
-  const fp_pair<T> p = fp_unpack_pair(op1, op2, mode, &flags);
-  T result = fp_nan_two(op1, op2, mode, &flags);
+  const fp_unpacked_pair<T> p = fp_unpack_two(op1, op2, mode, &flags);
+  T result = p.nan;
   if (!result) {
     bool pick_op1;
     if (p.a_sgn != p.b_sgn) {

@@ -85,13 +85,11 @@ template <typename T> inline T FPDiv(T op1, T op2, FPSCR& fpscr) {
   constexpr int top = fp_format<T>::exp_max;
   const int mode = fp_mode_of(fpscr);
   int flags = 0;
-  int a_sgn, a_exp, b_sgn, b_exp;
-  T a_mnt, b_mnt;
-  fp_unpack(&a_sgn, &a_exp, &a_mnt, op1, mode, &flags);
-  fp_unpack(&b_sgn, &b_exp, &b_mnt, op2, mode, &flags);
+  const auto [a_sgn, a_exp, a_mnt, b_sgn, b_exp, b_mnt, nan] =
+      fp_unpack_two(op1, op2, mode, &flags);
   const int x_sgn = a_sgn ^ b_sgn;
   T result;
-  if (const T nan = fp_nan_two(op1, op2, mode, &flags)) {
+  if (nan) {
     result = nan;
   } else if ((a_exp == top && b_exp == top) || (!a_mnt && !b_mnt)) {
     flags |= FP_IOC;
