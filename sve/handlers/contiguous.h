@@ -25,10 +25,12 @@ inline uint64_t scaled_index_address(const cpu_state* s, aarch64_i_rsp_reg xn, a
   return read_reg(s, xn) + read_reg(s, xm) * sizeof(T);
 }
 
-// Inactive elements become 0 and touch no memory.
+// Inactive elements become 0 and touch no memory. Elements from `count` up
+// are left as they are.
 template <typename T, typename U>
-inline void load_active_elements(uint8_t* z, const uint8_t* pred, uint64_t addr) {
-  for (unsigned i = 0; i < 48 / sizeof(U); ++i) {
+inline void load_active_elements(uint8_t* z, const uint8_t* pred, uint64_t addr,
+                                 unsigned count = 48 / sizeof(U)) {
+  for (unsigned i = 0; i < count; ++i) {
     const U v = active<U>(pred, i) ? static_cast<U>(read_app<T>(addr + i * sizeof(T))) : U{0};
     store_elem<U>(z, i, v);
   }
