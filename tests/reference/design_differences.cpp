@@ -31,6 +31,15 @@ const design_difference kDifferences[] = {
      "an unreadable one takes a real fault here where the reference suppresses it."},
 };
 
+const design_difference kReferenceDefects[] = {
+    {"reference-inactive-first", design_effect::draw_rule,
+     "The reference's contiguous first-fault and non-fault loads go wrong when element 0 is "
+     "inactive: a non-fault byte load with only elements 24 and 32 active returns zeros there "
+     "while FFR says every element was read, and at other vector lengths an inactive element "
+     "may come back non-zero. These forms are drawn with element 0 active; the cases with an "
+     "inactive first element are checked by the first-fault unit tests."},
+};
+
 } // namespace
 
 const design_difference* design_differences(int* count) {
@@ -44,3 +53,12 @@ bool is_region_marker(uint32_t word) {
 }
 
 bool decides_by_page(const row_profile& p) { return p.first_fault; }
+
+const design_difference* reference_defects(int* count) {
+  *count = sizeof kReferenceDefects / sizeof kReferenceDefects[0];
+  return kReferenceDefects;
+}
+
+bool needs_first_element_active(const row_profile& p) {
+  return p.first_fault && (p.addr == addressing::scalar_imm || p.addr == addressing::scalar_index);
+}

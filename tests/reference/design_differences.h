@@ -27,3 +27,11 @@ bool is_region_marker(uint32_t word);
 
 // "first-fault-by-page" and "unloaded-elements"
 bool decides_by_page(const row_profile& p);
+
+// Where the processor that serves as the reference is itself wrong. Kept
+// apart from the list above: these are not differences of this system, and
+// what they keep out of the draw is tested by unit tests instead.
+const design_difference* reference_defects(int* count);
+
+// "reference-inactive-first"
+bool needs_first_element_active(const row_profile& p);

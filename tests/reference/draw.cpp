@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "decode/fields.h"
+#include "design_differences.h"
 
 namespace {
 
@@ -372,6 +373,7 @@ void draw_state(rng_t& rng, const row_profile& p, uint32_t word, const test_area
   m->fpcr = draw_fpcr(rng);
   m->sp = draw_address(rng, p, area, false) & ~15ull;
   place_addresses(rng, p, word, area, m);
+  if (needs_first_element_active(p)) set_predicate_bit(m->p[field(word, 12, 10)], 0, true);
 }
 
 void draw_memory(rng_t& rng, const row_profile& p, const test_area& area) {

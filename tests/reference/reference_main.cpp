@@ -106,9 +106,10 @@ const char* effect_name(design_effect e) {
   return "?";
 }
 
-void list_differences(FILE* out, const char* bullet, const char* markup) {
+void list_differences(FILE* out, const char* bullet, const char* markup,
+                      const design_difference* (*list)(int*) = design_differences) {
   int n = 0;
-  const design_difference* d = design_differences(&n);
+  const design_difference* d = list(&n);
   for (int i = 0; i < n; ++i)
     std::fprintf(out, "%s%s%s%s (%s): %s\n", bullet, markup, d[i].tag, markup,
                  effect_name(d[i].effect), d[i].why);
@@ -159,6 +160,8 @@ bool write_markdown(const char* path, const options& o, const std::vector<checke
                "## Deliberate differences from the architecture\n\n",
                o.check.cases, static_cast<unsigned long long>(o.check.seed), summary(rows).c_str());
   list_differences(f, "- ", "**");
+  std::fprintf(f, "\n## Where the reference processor is wrong\n\n");
+  list_differences(f, "- ", "**", reference_defects);
   std::fprintf(
       f, "\n## Rows\n\n| Decoder | Fast handler | Cases | Passed | Failed | Skipped | Status |\n"
          "|---|---|---:|---:|---:|---:|---|\n");
@@ -176,6 +179,8 @@ int main(int argc, char** argv) {
   const options o = parse(argc, argv);
   if (o.list_differences) {
     list_differences(stdout, "", "");
+    std::printf("\nwhere the reference processor is wrong:\n");
+    list_differences(stdout, "", "", reference_defects);
     return 0;
   }
   if (const char* why = native_init()) {

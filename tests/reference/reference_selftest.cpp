@@ -188,6 +188,7 @@ TEST_F(Reference, DrawnWordsStayInTheirRowAndAddressesInTheTestArea) {
         EXPECT_TRUE(base >= lo && base < hi) << rows[i].name;
         if (p.first_fault) {
           EXPECT_EQ(base % p.msize, 0u) << rows[i].name;
+          EXPECT_TRUE(m.p[(w >> 10) & 7][0] & 1) << rows[i].name << ": element 0 inactive";
         }
       }
     }
@@ -211,6 +212,9 @@ TEST(Profile, ReadsTheAddressFormFromTheName) {
     }
   }
   EXPECT_EQ(by_page, 16u + 16u + 64u); // LDNF1, contiguous LDFF1, first-fault gathers
+  unsigned first_active = 0;
+  for (int i = 0; i < count; ++i) first_active += needs_first_element_active(profile_of(rows[i]));
+  EXPECT_EQ(first_active, 16u + 16u); // the gathers' element 0 is drawn freely
 }
 
 TEST(DesignDifferences, TheMarkersAreExactlyTheTwoReservedAdds) {
