@@ -4,8 +4,10 @@
  * where its first-fault loads stop short without a fault. Prints what every
  * search finds. */
 #include <arm_sve.h>
+#include <signal.h>
 #include <stdint.h>
 #include <stdio.h>
+#include <string.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -71,6 +73,12 @@ __attribute__((noinline)) static uint64_t quad_bytes_at(const uint8_t* p, int64_
   return svaddv_u8(svptrue_b8(), svmul_n_u8_x(svptrue_b8(), q, 7));
 }
 
+/* Ends the program with a status of its own, which neither run has. */
+static void on_segv(int sig) {
+  (void)sig;
+  _exit(3);
+}
+
 static void fill(uint8_t* page_start, size_t page) {
   for (size_t i = 0; i < page; ++i) page_start[i] = (uint8_t)(i * 37 + 0x85) | 1;
 }
@@ -99,11 +107,28 @@ int main(void) {
   if (map == MAP_FAILED || munmap(map + page, page) != 0) return 2;
   uint8_t* end = map + page;
 
-  SEARCHES(sum_halfwords, int16_t, 1, svcntw(), 120, 50);
-  SEARCHES(sum_every_second, int16_t, 2, svcntw(), 240, 100); /* starts of both parities */
-  SEARCHES(sum_doublewords, uint64_t, 1, svcntd(), 60, 25);
-  SEARCHES(sum_after_addresses, uint64_t, 1, svcntd(), 60, 24);
-  SEARCHES(sum_bytes, uint8_t, 1, svcntw(), 150, 70);
+  for (int round = 0; round < 3; ++round) {
+    if (round == 1) {
+      /* A SIGSEGV handler of the program's own is not asked about the
+       * loads' faults. */
+      struct sigaction sa;
+      memset(&sa, 0, sizeof sa);
+      sa.sa_handler = on_segv;
+      sigaction(SIGSEGV, &sa, NULL);
+    }
+    if (round == 2) {
+      /* Nor do blocked signals change the loads. */
+      sigset_t all;
+      sigfillset(&all);
+      sigprocmask(SIG_BLOCK, &all, NULL);
+    }
+    printf("round %d\n", round);
+    SEARCHES(sum_halfwords, int16_t, 1, svcntw(), 120, 50);
+    SEARCHES(sum_every_second, int16_t, 2, svcntw(), 240, 100); /* starts of both parities */
+    SEARCHES(sum_doublewords, uint64_t, 1, svcntd(), 60, 25);
+    SEARCHES(sum_after_addresses, uint64_t, 1, svcntd(), 60, 24);
+    SEARCHES(sum_bytes, uint8_t, 1, svcntw(), 150, 70);
+  }
 
   fill(map, page);
   int16_t* h_end = (int16_t*)end;
