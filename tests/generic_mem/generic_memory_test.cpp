@@ -93,17 +93,6 @@ TEST_F(GenericMemory, GatherFormsFindTheirAddressesAndExtendTheirValues) {
   EXPECT_EQ(ctx.ffr.w[0], every_element(1).w[0]);
 }
 
-TEST_F(GenericMemory, ByteWithTopBitSetIsSignExtendedIntoItsWord) {
-  uint8_t* p = readable_page() + 40;
-  const uint8_t saved = *p;
-  *p = 0x80;
-  VecV bases = lanes(4, address_of(p));
-  set_lane(bases, 4, 0, address_of(p) - 3);
-  generic::VecS32LoadFF1VIZ(&out, &all_s, &bases, 3, &ctx);
-  EXPECT_EQ(lane(out, 4, 0), 0xffffff80u);
-  *p = saved;
-}
-
 TEST_F(GenericMemory, InactiveElementsAreZeroAndAllReadableLeavesFfrAlone) {
   ctx.ffr.w[0] = 0x0000f0f0f0f0f0f0u; // not all set: it must neither gain nor lose bits
   PredV pg{};
