@@ -1,7 +1,7 @@
 // FPConvert and FPRoundInt against the processor's fcvt and frint*,
 // over random operands and random control words.
 #include "fp/fp_convert.h"
-#include "host_fp.h"
+#include "host_convert.h"
 
 namespace {
 
@@ -15,23 +15,23 @@ HOST_UNARY(fcvt_dh, "fcvt", d, h)
 HOST_UNARY(fcvt_ds, "fcvt", d, s)
 
 template <typename T> bool is_denormal(T op) {
-  using S = Shape<T>;
+  using S = fp_format<T>;
   return !((op >> S::M) & ((1u << (S::W - 1 - S::M)) - 1)) && (op & ((T(1) << S::M) - 1));
 }
 
 template <typename T, typename U> void convert_against(HostFn host, const char* what) {
-  Rng rng(sizeof(T) * 8 + sizeof(U));
+  fp_rng rng{sizeof(T) * 8 + sizeof(U)};
   Mismatches bad;
   for (int i = 0; i < kDraws; ++i) {
     const T op = draw_fp<T>(rng);
-    const uint32_t fpcr = draw_fpcr(rng);
+    const uint32_t fpcr = random_fpscr(rng);
     FPSCR fpscr = fpcr;
     const U got = FPConvert<T, U>(op, FPRounding((fpcr >> 22) & 3), fpscr);
-    HostResult want = host(op, fpcr);
+    host_result want = host(op, fpcr);
     // The processor's conversion from half ignores FZ16; the library flushes
     // a denormal half source to zero under it, silently, so that one flush
     // rule holds for every half input.
-    if (sizeof(T) == 2 && (fpcr & kFZ16) && is_denormal(op))
+    if (sizeof(T) == 2 && (fpcr & FPSCR_FZ16) && is_denormal(op))
       want = {uint64_t(op >> 15) << (sizeof(U) * 8 - 1), 0};
     bad.check(what, op, fpcr, want, got, fpscr);
   }
@@ -67,11 +67,11 @@ FRINT_FAMILY(d)
 // host: frint n, p, m, z, a (indexed by FPRounding), then x and i, which
 // follow the rounding mode of FPCR with and without the inexact flag.
 template <typename T> void round_int_against(const HostFn (&host)[7], const char* what) {
-  Rng rng(sizeof(T) * 3);
+  fp_rng rng{sizeof(T) * 3};
   Mismatches bad;
   for (int i = 0; i < kDraws; ++i) {
     const T op = draw_fp<T>(rng);
-    const uint32_t fpcr = draw_fpcr(rng);
+    const uint32_t fpcr = random_fpscr(rng);
     const FPRounding mode = FPRounding((fpcr >> 22) & 3);
     FPSCR fpscr = fpcr;
     bad.check(std::string(what) + "x", op, fpcr, host[5](op, fpcr),
@@ -85,8 +85,8 @@ template <typename T> void round_int_against(const HostFn (&host)[7], const char
     // has a fraction.
     const int rounding = int(rng() % 5);
     const bool exact = rng() & 1;
-    HostResult want = host[rounding](op, fpcr);
-    if (exact) want.flags |= host[5](op, (fpcr & ~(3u << 22)) | (3u << 22)).flags & kIXC;
+    host_result want = host[rounding](op, fpcr);
+    if (exact) want.fpsr |= host[5](op, (fpcr & ~(3u << 22)) | (3u << 22)).fpsr & FP_IXC;
     fpscr = fpcr;
     const T got = FPRoundInt<T>(op, FPRounding(rounding), exact, fpscr);
     bad.check(std::string(what) + "npmza"[rounding] + (exact ? " exact" : ""), op, fpcr, want, got,

@@ -2,7 +2,7 @@
 // and scvtf/ucvtf, with and without fraction bits, over random operands and
 // random control words.
 #include "fp/fp_convert.h"
-#include "host_fp.h"
+#include "host_convert.h"
 
 namespace {
 
@@ -40,11 +40,11 @@ TO_INT_FAMILY(d, x)
 template <typename T, typename U, typename FixedS, typename FixedU>
 void to_fixed_against(const HostFn (&host)[2][5], const char* what) {
   constexpr int kMaxFbits = sizeof(U) * 8;
-  Rng rng(sizeof(T) * 8 + sizeof(U));
+  fp_rng rng{sizeof(T) * 8 + sizeof(U)};
   Mismatches bad;
   for (int i = 0; i < kDraws; ++i) {
     const T op = draw_fp<T>(rng);
-    const uint32_t fpcr = draw_fpcr(rng);
+    const uint32_t fpcr = random_fpscr(rng);
     const bool u = rng() & 1;
     const int rounding = int(rng() % 5);
     const std::string name = std::string(what) + "npmza"[rounding] + (u ? "u" : "s");
@@ -53,8 +53,8 @@ void to_fixed_against(const HostFn (&host)[2][5], const char* what) {
     bad.check(name, op, fpcr, host[u][rounding](op, fpcr), got, fpscr);
 
     const int fbits = 1 + int(rng() % kMaxFbits);
-    const HostResult want = u ? run_fixed<FixedU, kMaxFbits>(fbits, op, fpcr)
-                              : run_fixed<FixedS, kMaxFbits>(fbits, op, fpcr);
+    const host_result want = u ? run_fixed<FixedU, kMaxFbits>(fbits, op, fpcr)
+                               : run_fixed<FixedS, kMaxFbits>(fbits, op, fpcr);
     fpscr = fpcr;
     got = fplibFPToFixed<T, U>(op, fbits, u, FPRounding_ZERO, fpscr);
     bad.check(name + " #" + std::to_string(fbits), op, fpcr, want, got, fpscr);
@@ -99,21 +99,21 @@ FROM_INT_FAMILY(x, d)
 template <typename T, typename Src, typename FixedS, typename FixedU>
 void from_fixed_against(const HostFn (&host)[2], const char* what) {
   constexpr int kMaxFbits = sizeof(Src) * 8;
-  Rng rng(sizeof(T) * 8 + sizeof(Src));
+  fp_rng rng{sizeof(T) * 8 + sizeof(Src)};
   Mismatches bad;
   for (int i = 0; i < kDraws; ++i) {
     const Src a = Src(draw_integer(rng));
     const bool u = rng() & 1;
     const uint64_t op = u ? uint64_t(a) : uint64_t(int64_t(std::make_signed_t<Src>(a)));
-    uint32_t fpcr = draw_fpcr(rng);
+    uint32_t fpcr = random_fpscr(rng);
     const int fbits = rng() % 3 ? 0 : 1 + int(rng() % kMaxFbits);
     FPSCR fpscr = fpcr;
     const T got = fplibFixedToFP<T>(op, fbits, u, FPRounding((fpcr >> 22) & 3), fpscr);
     // The library never flushes a half result, where the processor does
     // under FZ16; only fraction bits make a result that small, and no
     // instruction we emulate has them.
-    const uint32_t host_fpcr = sizeof(T) == 2 ? fpcr & ~kFZ16 : fpcr;
-    HostResult want;
+    const uint32_t host_fpcr = sizeof(T) == 2 ? fpcr & ~FPSCR_FZ16 : fpcr;
+    host_result want;
     if (!fbits)
       want = host[u](a, host_fpcr);
     else

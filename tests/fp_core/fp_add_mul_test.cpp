@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "fp/fp_add_mul.h"
-#include "fp_random.h"
-#include "host_fp.h"
+#include "fp_host/fp_random.h"
+#include "fp_host/host_fp.h"
 
 namespace {
 

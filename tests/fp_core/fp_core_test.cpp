@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "fp/fp_core.h"
-#include "fp_random.h"
-#include "host_fp.h"
+#include "fp_host/fp_random.h"
+#include "fp_host/host_fp.h"
 
 namespace {
 

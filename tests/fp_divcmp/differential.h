@@ -9,8 +9,8 @@
 
 #include <cstdint>
 
-#include "fp_random.h"
-#include "host_fp.h"
+#include "fp_host/fp_random.h"
+#include "fp_host/host_fp.h"
 
 // What one side answers: a result pattern, a truth value or an NZCV nibble,
 // and the flags raised.

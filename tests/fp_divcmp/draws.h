@@ -1,5 +1,5 @@
 // Operands for division and square root on top of the general draws of the
-// fp_core harness: divisors that put a quotient at the overflow threshold or
+// shared harness: divisors that put a quotient at the overflow threshold or
 // among the denormals, pairs whose quotient is exact or one unit off it, and
 // perfect squares with their neighbours.
 #pragma once
@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "fp_random.h"
+#include "fp_host/fp_random.h"
 
 // A divisor for a: related draws, or one whose exponent puts a / divisor
 // near the largest exponent or just below the smallest normal.

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "fp/fp_estimate.h"
-#include "fp_random.h"
-#include "host_estimate.h"
+#include "fp_host/fp_random.h"
+#include "fp_host/host_fp.h"
 
 namespace {
 

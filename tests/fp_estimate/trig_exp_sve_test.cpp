@@ -9,7 +9,7 @@
 #include <type_traits>
 
 #include "fp/fp_trig_exp.h"
-#include "fp_random.h"
+#include "fp_host/fp_random.h"
 
 namespace {
 

@@ -27,9 +27,9 @@ void convert_against_host(VecFn<C> fn, uint64_t (*host_op)(uint64_t), uint32_t f
     const PredV g = d.predicate();
     expectation<C> want(a, ctx.fpsr);
     for (unsigned i = 0; i < vl * 8 / sizeof(C); ++i) {
-      if (narrower_float) // its own hard cases in the low bits
-        set_element<C>(b, i,
-                       C((element<C>(b, i) & ~C(Source(~Source(0)))) | edge_value<Source>(d.rng)));
+      if constexpr (narrower_float) // its own hard cases in the low bits
+        set_element<C>(
+            b, i, C((element<C>(b, i) & ~C(Source(~Source(0)))) | random_operand<Source>(d.rng)));
       const Source x = Source(element<C>(b, i));
       const uint64_t operand = std::is_signed_v<Source> ? uint64_t(int64_t(x)) : uint64_t(x);
       if (active(g, i, sizeof(C)))

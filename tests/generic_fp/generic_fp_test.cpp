@@ -50,7 +50,7 @@ TYPED_TEST(EveryWidth, OrderedSumIsTheHostsSequence) {
   for_random_cases(40, [&](draw& d, uint32_t vl, CpuContext& ctx) {
     const VecV a = d.vector<T>(vl);
     const PredV g = d.predicate();
-    const T initial = edge_value<T>(d.rng);
+    const T initial = random_operand<T>(d.rng);
     T sum = initial;
     uint32_t fpsr = ctx.fpsr;
     for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i)

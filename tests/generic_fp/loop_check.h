@@ -5,10 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "generic/fp_vector.h"
-#include "host_fp.h"
+#include "host_ops.h"
 
 namespace generic_fp_test {
 using namespace generic;
@@ -20,18 +18,18 @@ using VecFn = void (*)(VecV*, const VecV*, const PredV*, const VecV*, CpuContext
 template <typename T> using HostFn = T (*)(T, T, T);
 
 struct draw {
-  std::mt19937_64 rng{11};
+  fp_rng rng{11};
   CpuContext context(uint32_t vl) {
     CpuContext ctx{};
     ctx.vl = vl;
-    ctx.fpcr = random_fpcr(rng);
+    ctx.fpcr = random_fpscr(rng);
     ctx.fpsr = (rng() & 1) ? uint32_t(rng()) & kFpsrKept : 0;
     return ctx;
   }
   template <typename T> VecV vector(uint32_t vl) {
     VecV v;
     for (auto& b : v.b) b = uint8_t(rng());
-    for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i) set_element<T>(v, i, edge_value<T>(rng));
+    for (unsigned i = 0; i < vl * 8 / sizeof(T); ++i) set_element<T>(v, i, random_operand<T>(rng));
     return v;
   }
   // Random bits, so that the bits inside an element other than its first

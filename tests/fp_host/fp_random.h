@@ -1,5 +1,5 @@
 // Random operands and control words for differential tests of the software
-// floating-point library, biased towards the places where rounding, flushing
+// floating-point library and the generic tier, biased towards the places where rounding, flushing
 // and NaN handling go wrong: zeros, denormals, the extreme normals,
 // infinities, both kinds of NaN, and mantissas near halfway points.
 #pragma once
@@ -16,6 +16,7 @@ struct fp_rng {
     state ^= state >> 27;
     return state * 0x2545f4914f6cdd1dull;
   }
+  uint64_t operator()() { return next(); }
   uint64_t below(uint64_t n) { return next() % n; }
   bool coin() { return next() & 1; }
 };
