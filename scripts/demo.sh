@@ -38,7 +38,8 @@ echo "  (exit status $status: 132 means killed by SIGILL, an illegal instruction
 step "3. On the processor without SVE, under zorvo: $zorvo --stats -- $program"
 "$zorvo" --stats -- "$program" 2>"$work/stats" | tee "$work/zorvo"
 sed 's/^/  /' "$work/stats"
-echo "  (each SVE instruction raised SIGILL once per execution and was emulated)"
+echo "  (a block of SVE instructions raises SIGILL once, when it is first met; from then on"
+echo "  its first word branches straight into the rewritten code, which emulates each one)"
 
 step "Result"
 if cmp -s "$work/reference" "$work/zorvo"; then
