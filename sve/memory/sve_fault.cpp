@@ -80,11 +80,8 @@ void SVESigHandler(int sig, siginfo_t*, void* context) {
     step_over_probe_load(context);
     return;
   }
-  struct sigaction dfl;
-  std::memset(&dfl, 0, sizeof dfl);
+  struct sigaction dfl = fault_action(nullptr);
   dfl.sa_handler = SIG_DFL;
-  sigemptyset(&dfl.sa_mask);
-  dfl.sa_flags = kFaultActionFlags;
   sigaction(SIGSEGV, &dfl, nullptr);
   sigaction(SIGBUS, &dfl, nullptr);
   std::fprintf(stderr,
