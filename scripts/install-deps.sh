@@ -13,6 +13,7 @@ packages=(
   googletest
   make
   python3
+  chromium # the trace report's browser test (headless)
 )
 
 missing=()

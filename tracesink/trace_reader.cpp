@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 
 namespace {
 
@@ -52,6 +53,11 @@ bool open_trace(const char* path, trace_reader* reader, std::string* error) {
       h.record_bytes != tf::kRecordBytes ||
       (h.state != tf::kStateOpen && h.state != tf::kStateComplete))
     return fail(reader, error, "damaged trace header");
+  // The architecture's vector lengths: 128 to 2048 bits in steps of 128.
+  if (h.vector_bytes % 16 != 0 || h.vector_bytes < 16 || h.vector_bytes > 256)
+    return fail(reader, error,
+                "damaged trace header: a vector length of " + std::to_string(h.vector_bytes) +
+                    " bytes is not a multiple of 16 from 16 to 256");
   if (size < h.header_bytes)
     return fail(reader, error, "the header is cut off: damaged trace file");
   h.app_name.resize(name_bytes);
@@ -101,4 +107,13 @@ std::string truncation_note(const trace_reader& reader) {
   if (reader.partial_bytes)
     note += ", then " + std::to_string(reader.partial_bytes) + " bytes of a cut-off record";
   return note;
+}
+
+std::string utc_time(uint64_t ns) {
+  const time_t seconds = static_cast<time_t>(ns / 1000000000u);
+  tm t;
+  gmtime_r(&seconds, &t);
+  char text[64];
+  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S UTC", &t);
+  return text;
 }

@@ -29,4 +29,7 @@ void close_trace(trace_reader* reader);
 // For a file that is not complete: what is wrong with it, in one sentence.
 std::string truncation_note(const trace_reader& reader);
 
+// Nanoseconds since 1970 as "2023-11-14 22:13:20 UTC".
+std::string utc_time(uint64_t ns);
+
 constexpr bool is_marker_tid(uint32_t tid) { return tid == 0xffffffffu || tid == 0xfffffffeu; }

@@ -1,20 +1,25 @@
 #include "trace_tool.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cinttypes>
 #include <cstring>
-#include <ctime>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "report_html.h"
+#include "report_options.h"
 #include "trace_reader.h"
 
 namespace {
 
 using trace_format::record;
 
-const char* const kUsage = "usage: zorvo-trace stats|dump|csv FILE";
+const char* const kUsage =
+    "usage: zorvo-trace stats|dump|csv FILE\n"
+    "       zorvo-trace report FILE -o REPORT.html [--cache-size BYTES] [--cache-ways N]\n"
+    "                   [--cache-line BYTES]";
 
 const char* kind_name(const record& r) {
   if (r.tid == 0xffffffffu) return "roi_start";
@@ -88,15 +93,6 @@ struct statistics {
   }
 };
 
-std::string utc_time(uint64_t ns) {
-  const time_t seconds = static_cast<time_t>(ns / 1000000000u);
-  tm t;
-  gmtime_r(&seconds, &t);
-  char text[64];
-  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S UTC", &t);
-  return text;
-}
-
 // Sequence numbers come from one counter, so a trace without losses holds
 // each number once; gaps appear when records were refused or lost.
 void print_sequence(FILE* out, std::vector<uint64_t>& seqs) {
@@ -157,19 +153,43 @@ void print_stats(FILE* out, const trace_reader& reader, statistics& st) {
                  p.second.records, p.second.load_bytes, p.second.store_bytes);
 }
 
+int write_report(const report_arguments& report, const trace_reader& reader,
+                 const trace_analysis& analysis, FILE* out, FILE* err) {
+  FILE* html = report.output == "-" ? out : std::fopen(report.output.c_str(), "w");
+  if (!html) {
+    std::fprintf(err, "zorvo-trace: %s: %s\n", report.output.c_str(), std::strerror(errno));
+    return 1;
+  }
+  write_report_html(html, report.trace, reader, analysis, report.analysis);
+  const bool written =
+      !std::ferror(html) && (html == out ? std::fflush(html) : std::fclose(html)) == 0;
+  if (!written) {
+    std::fprintf(err, "zorvo-trace: %s: could not write the report\n", report.output.c_str());
+    return 1;
+  }
+  return 0;
+}
+
 } // namespace
 
 int zorvo_trace_main(int argc, char** argv, FILE* out, FILE* err) {
-  if (argc != 3) {
+  const std::string command = argc > 1 ? argv[1] : "";
+  report_arguments report;
+  if (command == "report") {
+    std::string problem;
+    if (!parse_report_arguments(argc - 2, argv + 2, &report, &problem)) {
+      std::fprintf(err, "zorvo-trace report: %s\n%s\n", problem.c_str(), kUsage);
+      return 2;
+    }
+  } else if (command != "stats" && command != "dump" && command != "csv") {
+    if (argc > 1) std::fprintf(err, "zorvo-trace: unknown command '%s'\n", argv[1]);
+    std::fprintf(err, "%s\n", kUsage);
+    return 2;
+  } else if (argc != 3) {
     std::fprintf(err, "%s\n", kUsage);
     return 2;
   }
-  const std::string command = argv[1];
-  const char* path = argv[2];
-  if (command != "stats" && command != "dump" && command != "csv") {
-    std::fprintf(err, "zorvo-trace: unknown command '%s'; %s\n", argv[1], kUsage);
-    return 2;
-  }
+  const char* path = command == "report" ? report.trace.c_str() : argv[2];
   trace_reader reader;
   std::string error;
   if (!open_trace(path, &reader, &error)) {
@@ -180,6 +200,7 @@ int zorvo_trace_main(int argc, char** argv, FILE* out, FILE* err) {
     std::fprintf(err, "zorvo-trace: warning: %s: %s\n", path, truncation_note(reader).c_str());
 
   statistics st;
+  trace_analyser analyser(report.analysis, reader.whole_records);
   record r;
   if (command == "csv") std::fprintf(out, "seq,tid,kind,addr,size,pc,flags\n");
   while (next_record(&reader, &r, &error)) {
@@ -187,8 +208,10 @@ int zorvo_trace_main(int argc, char** argv, FILE* out, FILE* err) {
       st.add(r);
     else if (command == "dump")
       dump_line(out, r);
-    else
+    else if (command == "csv")
       csv_line(out, r);
+    else
+      analyser.add(r);
   }
   const bool read_ok = reader.records_read == reader.whole_records;
   close_trace(&reader);
@@ -197,5 +220,6 @@ int zorvo_trace_main(int argc, char** argv, FILE* out, FILE* err) {
     return 1;
   }
   if (command == "stats") print_stats(out, reader, st);
+  if (command == "report") return write_report(report, reader, analyser.finish(), out, err);
   return 0;
 }

@@ -5,7 +5,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
+
+#include "trace_tool.h"
 
 std::string make_temp_dir() {
   const char* tmp = std::getenv("TMPDIR");
@@ -43,4 +46,49 @@ read_trace read_all(const std::string& path) {
   EXPECT_EQ(t.reader.records_read, t.reader.whole_records) << error;
   close_trace(&t.reader);
   return t;
+}
+
+std::string trace_file_bytes(const std::vector<trace_format::record>& records, bool complete,
+                             const std::string& name, uint32_t vector_bytes) {
+  namespace tf = trace_format;
+  tf::header h{};
+  h.version = tf::kVersion;
+  h.app_name = name;
+  h.header_bytes = tf::header_bytes_for(name.size());
+  h.record_bytes = tf::kRecordBytes;
+  h.vector_bytes = vector_bytes;
+  h.pid = 4321;
+  h.state = complete ? tf::kStateComplete : tf::kStateOpen;
+  h.start_ns = 1700000000000000000u;
+  h.end_ns = complete ? h.start_ns + 1500000000u : 0;
+  h.record_count = complete ? records.size() : 0;
+  std::string out(h.header_bytes + records.size() * tf::kRecordBytes, '\0');
+  auto* p = reinterpret_cast<unsigned char*>(&out[0]);
+  tf::encode_header(p, h);
+  for (size_t i = 0; i < records.size(); ++i)
+    tf::encode_record(p + h.header_bytes + i * tf::kRecordBytes, records[i]);
+  return out;
+}
+
+namespace {
+
+std::string slurp(FILE* f) {
+  std::string s;
+  std::rewind(f);
+  char buf[4096];
+  for (size_t n; (n = std::fread(buf, 1, sizeof buf, f)) > 0;) s.append(buf, n);
+  std::fclose(f);
+  return s;
+}
+
+} // namespace
+
+tool_result run_zorvo_trace(std::vector<std::string> args) {
+  args.insert(args.begin(), "zorvo-trace");
+  std::vector<char*> argv;
+  for (std::string& a : args) argv.push_back(&a[0]);
+  FILE* out = std::tmpfile();
+  FILE* err = std::tmpfile();
+  const int status = zorvo_trace_main(static_cast<int>(argv.size()), argv.data(), out, err);
+  return {status, slurp(out), slurp(err)};
 }

@@ -21,3 +21,14 @@ struct read_trace {
   std::vector<trace_format::record> records;
 };
 read_trace read_all(const std::string& path);
+
+// The bytes of a well-formed trace file holding `records`.
+std::string trace_file_bytes(const std::vector<trace_format::record>& records, bool complete,
+                             const std::string& name = "app", uint32_t vector_bytes = 48);
+
+// zorvo-trace run in-process with `args` after the program name.
+struct tool_result {
+  int status;
+  std::string out, err;
+};
+tool_result run_zorvo_trace(std::vector<std::string> args);

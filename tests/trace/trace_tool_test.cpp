@@ -12,28 +12,6 @@ namespace {
 namespace tf = trace_format;
 using tf::record;
 
-// A well-formed file's bytes: header and records.
-std::string file_bytes(const std::vector<record>& records, bool complete,
-                       const std::string& name = "app") {
-  tf::header h{};
-  h.version = tf::kVersion;
-  h.app_name = name;
-  h.header_bytes = tf::header_bytes_for(name.size());
-  h.record_bytes = tf::kRecordBytes;
-  h.vector_bytes = 48;
-  h.pid = 4321;
-  h.state = complete ? tf::kStateComplete : tf::kStateOpen;
-  h.start_ns = 1700000000000000000u;
-  h.end_ns = complete ? h.start_ns + 1500000000u : 0;
-  h.record_count = complete ? records.size() : 0;
-  std::string out(h.header_bytes + records.size() * tf::kRecordBytes, '\0');
-  auto* p = reinterpret_cast<unsigned char*>(&out[0]);
-  tf::encode_header(p, h);
-  for (size_t i = 0; i < records.size(); ++i)
-    tf::encode_record(p + h.header_bytes + i * tf::kRecordBytes, records[i]);
-  return out;
-}
-
 constexpr uint32_t kStart = 0xffffffff, kStop = 0xfffffffe;
 
 // Two threads, two instructions, markers around.
@@ -48,11 +26,6 @@ std::vector<record> sample() {
   };
 }
 
-struct tool_result {
-  int status;
-  std::string out, err;
-};
-
 class TraceTool : public ::testing::Test {
 protected:
   void SetUp() override { dir = make_temp_dir(); }
@@ -62,32 +35,20 @@ protected:
     std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<long>(bytes.size()));
     return path;
   }
-  static std::string slurp(FILE* f) {
-    std::string s;
-    std::rewind(f);
-    char buf[4096];
-    for (size_t n; (n = std::fread(buf, 1, sizeof buf, f)) > 0;) s.append(buf, n);
-    std::fclose(f);
-    return s;
-  }
-  static tool_result run(std::vector<std::string> args) {
-    args.insert(args.begin(), "zorvo-trace");
-    std::vector<char*> argv;
-    for (std::string& a : args) argv.push_back(&a[0]);
-    FILE* out = std::tmpfile();
-    FILE* err = std::tmpfile();
-    const int status = zorvo_trace_main(static_cast<int>(argv.size()), argv.data(), out, err);
-    return {status, slurp(out), slurp(err)};
-  }
+  static tool_result run(std::vector<std::string> args) { return run_zorvo_trace(args); }
   std::string dir;
 };
 
 TEST_F(TraceTool, BadInputGetsOneLineAndAFailingStatus) {
-  std::string header = file_bytes({}, true);
+  std::string header = trace_file_bytes({}, true);
   std::string future = header;
   future[tf::at::version] = 2;
   std::string odd_records = header;
   odd_records[tf::at::record_bytes] = 40;
+  std::string odd_vector = header, long_vector = header, no_vector = header;
+  odd_vector[tf::at::vector_bytes] = 40;
+  tf::put32(reinterpret_cast<unsigned char*>(&long_vector[tf::at::vector_bytes]), 272);
+  no_vector[tf::at::vector_bytes] = 0;
   const struct {
     std::string path, message;
   } cases[] = {
@@ -96,8 +57,12 @@ TEST_F(TraceTool, BadInputGetsOneLineAndAFailingStatus) {
        "not a zorvo trace file"},
       {put("future", future), "trace format version 2 is not supported"},
       {put("odd", odd_records), "damaged trace header"},
+      {put("vl40", odd_vector), "damaged trace header: a vector length of 40 bytes is not a "
+                                "multiple of 16 from 16 to 256"},
+      {put("vl272", long_vector), "damaged trace header: a vector length of 272 bytes"},
+      {put("vl0", no_vector), "damaged trace header: a vector length of 0 bytes"},
       {put("cut", header.substr(0, 40)), "the header is cut off"},
-      {put("longer", file_bytes(sample(), true) + std::string(48, 'x')),
+      {put("longer", trace_file_bytes(sample(), true) + std::string(48, 'x')),
        "holds more data than its header's 6 records"},
       {dir + "/absent", "No such file or directory"},
       {dir, "is a directory"},
@@ -114,8 +79,16 @@ TEST_F(TraceTool, BadInputGetsOneLineAndAFailingStatus) {
   EXPECT_EQ(run({"show", dir}).status, 2);
 }
 
+TEST_F(TraceTool, EveryArchitecturalVectorLengthIsAccepted) {
+  for (uint32_t bytes : {16u, 48u, 256u}) {
+    const tool_result r = run({"stats", put("vl", trace_file_bytes(sample(), true, "app", bytes))});
+    EXPECT_EQ(r.status, 0) << bytes << r.err;
+    EXPECT_NE(r.out.find("vector     " + std::to_string(bytes) + " bytes"), std::string::npos);
+  }
+}
+
 TEST_F(TraceTool, DumpAndCsvShowEveryRecord) {
-  const std::string path = put("t", file_bytes(sample(), true));
+  const std::string path = put("t", trace_file_bytes(sample(), true));
   tool_result r = run({"dump", path});
   EXPECT_EQ(r.status, 0);
   EXPECT_EQ(r.err, "");
@@ -138,7 +111,7 @@ TEST_F(TraceTool, DumpAndCsvShowEveryRecord) {
 }
 
 TEST_F(TraceTool, StatsCountsByKindThreadAndInstruction) {
-  const tool_result r = run({"stats", put("t", file_bytes(sample(), true, "demo"))});
+  const tool_result r = run({"stats", put("t", trace_file_bytes(sample(), true, "demo"))});
   EXPECT_EQ(r.status, 0);
   EXPECT_EQ(r.err, "");
   for (const char* line : {
@@ -165,7 +138,7 @@ TEST_F(TraceTool, StatsCountsByKindThreadAndInstruction) {
 }
 
 TEST_F(TraceTool, TruncatedFilesAreReadToTheirLastWholeRecordWithAWarning) {
-  const std::string whole = file_bytes(sample(), false);
+  const std::string whole = trace_file_bytes(sample(), false);
   const std::string open = put("open", whole.substr(0, whole.size() - 30));
   tool_result r = run({"stats", open});
   EXPECT_EQ(r.status, 0);
@@ -176,7 +149,7 @@ TEST_F(TraceTool, TruncatedFilesAreReadToTheirLastWholeRecordWithAWarning) {
   EXPECT_NE(r.out.find("state      truncated"), std::string::npos);
 
   // A completed file cut short is truncated too, and says how much is missing.
-  const std::string complete = file_bytes(sample(), true);
+  const std::string complete = trace_file_bytes(sample(), true);
   const std::string cut = put("cut", complete.substr(0, complete.size() - 96));
   r = run({"dump", cut});
   EXPECT_EQ(r.status, 0);
@@ -184,7 +157,7 @@ TEST_F(TraceTool, TruncatedFilesAreReadToTheirLastWholeRecordWithAWarning) {
   EXPECT_EQ(std::count(r.out.begin(), r.out.end(), '\n'), 4);
 
   // A header with no record yet: the process died before its first flush.
-  const std::string bare = put("bare", file_bytes({}, false));
+  const std::string bare = put("bare", trace_file_bytes({}, false));
   r = run({"csv", bare});
   EXPECT_EQ(r.status, 0);
   EXPECT_EQ(r.out, "seq,tid,kind,addr,size,pc,flags\n");
@@ -195,7 +168,7 @@ TEST_F(TraceTool, StatsReportsDuplicatedAndMissingSequenceNumbers) {
   std::vector<record> records = sample();
   records[2].seq = 1; // 0, 1, 1, 3, 4, 5
   records[5].seq = 9;
-  const tool_result r = run({"stats", put("t", file_bytes(records, true))});
+  const tool_result r = run({"stats", put("t", trace_file_bytes(records, true))});
   EXPECT_NE(r.out.find("sequence   0 to 9, 5 distinct, 1 DUPLICATED, 5 missing"), std::string::npos)
       << r.out;
 }
