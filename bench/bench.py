@@ -184,6 +184,44 @@ def startup_cost(runner):
     return zorvo[0] - ref[0]
 
 
+def report_run(build, records, scratch):
+    """Writes a synthetic trace of `records` records and reports it with the
+    build machine's zorvo-trace: (seconds, peak resident bytes of the report)."""
+    trace = os.path.join(scratch, "synthetic.trace")
+    subprocess.run([os.path.join(build, "host", "synthetic_trace"), str(records), trace],
+                   check=True)
+    start = time.monotonic()
+    proc = subprocess.Popen([os.path.join(build, "host", "zorvo-trace"), "report", trace, "-o",
+                             os.path.join(scratch, "report.html")])
+    _, status, usage = os.wait4(proc.pid, 0)
+    seconds = time.monotonic() - start
+    os.remove(trace)
+    if status != 0:
+        sys.exit("bench: zorvo-trace report failed on %d records" % records)
+    return seconds, usage.ru_maxrss * 1024
+
+
+def trace_report_cost(build, scratch):
+    """The report of 1 and of 10 million records; the difference is the
+    steady-state cost per record, without start-up and page writing."""
+    small, large = 1000000, 10000000
+    s_small, rss_small = report_run(build, small, scratch)
+    s_large, rss_large = report_run(build, large, scratch)
+    return {"records": large, "seconds": s_large, "peak_rss": rss_large,
+            "small_records": small, "small_seconds": s_small, "small_peak_rss": rss_small,
+            "ns_per_record": (s_large - s_small) * 1e9 / (large - small)}
+
+
+def report_cost_text(cost):
+    return ("Trace report: `zorvo-trace report` built for the build machine reads a synthetic "
+            "trace of %s records (%s MB; tests/trace/synthetic_trace.cpp) in %.2f s with at most "
+            "%.1f MiB resident (%s records: %.2f s, %.1f MiB): the memory does not grow with "
+            "the trace. Steady state, from the difference of the two: %.0f ns per record."
+            % (fmt(cost["records"], ","), fmt(cost["records"] * 48 // 1000000, ","),
+               cost["seconds"], cost["peak_rss"] / 2**20, fmt(cost["small_records"], ","),
+               cost["small_seconds"], cost["small_peak_rss"] / 2**20, cost["ns_per_record"]))
+
+
 def per_sve(row, startup=0):
     """Guest instructions per emulated SVE instruction, or None; without
     zorvo's start-up when that is given."""
@@ -345,6 +383,8 @@ def main():
     with tempfile.TemporaryDirectory(prefix="zorvo-bench-") as scratch:
         runner = Runner(args.build, args.timeout, scratch, args.zorvo_option)
         figures["startup"] = startup_cost(runner)
+        print("bench: trace report ...", file=sys.stderr, flush=True)
+        figures["trace_report"] = trace_report_cost(args.build, scratch)
         for kernel in kernels:
             print("bench: %s ..." % kernel, file=sys.stderr, flush=True)
             figures["rows"].append(measure(kernel, runner, args.runs))
@@ -362,7 +402,7 @@ def main():
             "entries. Start-up: zorvo adds %s guest instructions to a "
             "program without SVE (bench/tools/no_sve.c) before its first SVE instruction."
             % (args.runs, fmt(figures["startup"], ",")), "",
-            results_table(figures), ""]
+            results_table(figures), "", report_cost_text(figures["trace_report"]), ""]
     if before:
         text += ["Compared with the earlier run:", "", comparison_table(before, figures), ""]
     text += kept_notes(args.out)

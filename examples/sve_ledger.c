@@ -2,32 +2,31 @@
 // accounts, added up with SVE instructions through the ACLE intrinsics of
 // arm_sve.h.
 //
-// The arithmetic is SVE (svadd, svsub). The accounts move in and out of the
-// vector registers through their low 128 bits, the NEON view of a Z register,
-// four accounts at a time; the rest of the program is ordinary C.
+// The accounts of one day move through the vector registers with predicated
+// SVE loads and stores (svld1, svst1), as many accounts at a time as the
+// vector holds; svwhilelt switches off the lanes past the last account, so
+// the program gives the same result at every vector length. The arithmetic
+// is SVE too (svadd, svsub); the rest of the program is ordinary C.
+//
+// The week's work is a region of interest (zorvo/roi.h): run under
+// `zorvo --trace-dir DIR`, its SVE loads and stores are written to a trace
+// in DIR. The markers stop a program that runs outside zorvo, so the plain
+// build compiles them away with -DZORVO_ROI_DISABLE; examples/CMakeLists.txt
+// builds the program both ways.
 //
 // Build: aarch64-linux-gnu-gcc -O2 -fno-tree-vectorize -march=armv8.2-a+sve sve_ledger.c
 // (-fno-tree-vectorize keeps the compiler from adding SVE instructions of its
-// own to the plain C loops: for now the emulator runs additions and
-// subtractions only.)
+// own to the plain C loops, so the program's SVE instructions are exactly the
+// ones written here.)
 #include <arm_sve.h>
 #include <inttypes.h>
 #include <stdio.h>
+#include <zorvo/roi.h>
 
-enum { kAccounts = 8, kDays = 7, kPerVector = 4 };
+enum { kAccounts = 8, kDays = 7 };
 
 static const char* const kNames[kAccounts] = {"Ada",  "Brian", "Chloe", "Dmitri",
                                               "Elif", "Femi",  "Greta", "Hiro"};
-
-// Four 32-bit lanes in and out of an SVE register.
-static svint32_t load4(const int32_t* p) {
-  svint32_t v;
-  __asm__ volatile("ldr %q0, [%1]" : "=w"(v) : "r"(p) : "memory");
-  return v;
-}
-static void store4(int32_t* p, svint32_t v) {
-  __asm__ volatile("str %q1, [%0]" : : "r"(p), "w"(v) : "memory");
-}
 
 int main(void) {
   int32_t balance[kAccounts], deposits[kDays][kAccounts], withdrawals[kDays][kAccounts];
@@ -43,19 +42,21 @@ int main(void) {
   int32_t start[kAccounts], in[kAccounts] = {0}, out[kAccounts] = {0};
   for (int a = 0; a < kAccounts; ++a) start[a] = balance[a];
 
+  ZORVO_ROI_START();
   for (int d = 0; d < kDays; ++d) {
-    for (int a = 0; a < kAccounts; a += kPerVector) {
-      const svbool_t all = svptrue_b32();
-      svint32_t total_in = svadd_s32_x(all, load4(&in[a]), load4(&deposits[d][a]));
-      svint32_t total_out = svadd_s32_x(all, load4(&out[a]), load4(&withdrawals[d][a]));
-      svint32_t net = svsub_s32_x(all, load4(&deposits[d][a]), load4(&withdrawals[d][a]));
+    for (int a = 0; a < kAccounts; a += (int)svcntw()) {
+      const svbool_t lanes = svwhilelt_b32_s32(a, kAccounts);
+      const svint32_t deposit = svld1_s32(lanes, &deposits[d][a]);
+      const svint32_t withdrawal = svld1_s32(lanes, &withdrawals[d][a]);
+      svst1_s32(lanes, &in[a], svadd_s32_x(lanes, svld1_s32(lanes, &in[a]), deposit));
+      svst1_s32(lanes, &out[a], svadd_s32_x(lanes, svld1_s32(lanes, &out[a]), withdrawal));
+      const svint32_t net = svsub_s32_x(lanes, deposit, withdrawal);
       // A monthly fee of 1 on every balance, every day.
-      svint32_t b = svsub_n_s32_x(all, svadd_s32_x(all, load4(&balance[a]), net), 1);
-      store4(&in[a], total_in);
-      store4(&out[a], total_out);
-      store4(&balance[a], b);
+      const svint32_t b = svadd_s32_x(lanes, svld1_s32(lanes, &balance[a]), net);
+      svst1_s32(lanes, &balance[a], svsub_n_s32_x(lanes, b, 1));
     }
   }
+  ZORVO_ROI_STOP();
 
   int64_t sum = 0;
   for (int a = 0; a < kAccounts; ++a) {

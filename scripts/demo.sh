@@ -12,14 +12,22 @@ set -uo pipefail
 build=${1:-build}
 sysroot=/usr/aarch64-linux-gnu
 program=$build/examples/sve_ledger
+traced=$build/examples/sve_ledger_traced
 zorvo=$build/tools/zorvo
-for f in "$program" "$zorvo"; do
+trace_tool=$build/host/zorvo-trace
+[ -x "$trace_tool" ] || trace_tool=$build/tracesink/zorvo-trace
+for f in "$program" "$traced" "$zorvo"; do
   [ -x "$f" ] || { echo "demo: $f is missing; run 'make demo' from the top of the checkout" >&2; exit 1; }
 done
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-step() { printf '\n\033[1m== %s\033[0m\n' "$*"; }
+# Bold headings on a terminal only: a log or a pipe gets plain text.
+if [ -t 1 ]; then
+  step() { printf '\n\033[1m== %s\033[0m\n' "$*"; }
+else
+  step() { printf '\n== %s\n' "$*"; }
+fi
 
 step "The program's SVE instructions (aarch64-linux-gnu-objdump -d $program)"
 aarch64-linux-gnu-objdump -d "$program" | grep -E '\s(z[0-9]+\.|p[0-9]+/)' | sed 's/^/  /'
@@ -49,3 +57,14 @@ else
   diff "$work/reference" "$work/zorvo"
   exit 1
 fi
+
+step "4. Its memory trace: $zorvo --trace-dir DIR -- $traced"
+echo "  (the same program with ZORVO_ROI_START() and ZORVO_ROI_STOP() around its week)"
+"$zorvo" --trace-dir "$work" -- "$traced" >/dev/null || exit 1
+trace=$(ls "$work"/zorvo.*.trace)
+"$trace_tool" stats "$trace" | sed 's/^/  /'
+report=$build/examples/sve_ledger_report.html
+"$trace_tool" report "$trace" -o "$report" || exit 1
+echo
+echo "  zorvo-trace report wrote $report: charts of addresses over time,"
+echo "  bytes, strides and cache hits by instruction; open it in a browser."

@@ -210,7 +210,9 @@ std::string banded_scatter(const std::string& id, const std::vector<point>& poin
         "<line x1=\"%.1f\" y1=\"%d\" x2=\"%.1f\" y2=\"%d\" stroke=\"#888\" "
         "stroke-dasharray=\"3 3\"/>\n",
         x_of(m), top, x_of(m), plot_bottom);
-  // One path per series: a short stroke per point keeps the page small.
+  // One path per series: a short stroke per point keeps the page small. Few
+  // points are drawn larger, so that each one can be seen.
+  const double mark = points.size() < 2000 ? 4 : 2;
   for (size_t s = 0; s < series.size(); ++s) {
     std::string d;
     for (const point& p : points) {
@@ -222,13 +224,13 @@ std::string banded_scatter(const std::string& id, const std::vector<point>& poin
         const double span = double(bands[b].hi - bands[b].lo);
         const double y =
             y0 + band_h - 2 - (band_h - 4) * (span > 0 ? double(a - bands[b].lo) / span : 0.5);
-        put(d, "M%.1f %.1fh1.5", x_of(p.x), y);
+        put(d, "M%.1f %.1fh%.1f", x_of(p.x) - mark / 2, y, mark * 0.75);
         break;
       }
     }
     if (!d.empty())
-      put(out, "<path d=\"%s\" stroke=\"%s\" stroke-width=\"2\" fill=\"none\"/>\n", d.c_str(),
-          series[s].color.c_str());
+      put(out, "<path d=\"%s\" stroke=\"%s\" stroke-width=\"%.0f\" fill=\"none\"/>\n",
+          d.c_str(), series[s].color.c_str(), mark);
   }
   x_axis(out, left, right, plot_bottom, x_max, x_title);
   out += "</svg>\n";
