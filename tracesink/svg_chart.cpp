@@ -229,8 +229,8 @@ std::string banded_scatter(const std::string& id, const std::vector<point>& poin
       }
     }
     if (!d.empty())
-      put(out, "<path d=\"%s\" stroke=\"%s\" stroke-width=\"%.0f\" fill=\"none\"/>\n",
-          d.c_str(), series[s].color.c_str(), mark);
+      put(out, "<path d=\"%s\" stroke=\"%s\" stroke-width=\"%.0f\" fill=\"none\"/>\n", d.c_str(),
+          series[s].color.c_str(), mark);
   }
   x_axis(out, left, right, plot_bottom, x_max, x_title);
   out += "</svg>\n";

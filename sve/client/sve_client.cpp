@@ -13,6 +13,7 @@
 #include "../decode/sve_utils.h"
 #include "../trace/tracesink.h"
 #include "emulate.h"
+#include "mix.h"
 
 namespace {
 
@@ -34,14 +35,16 @@ void insert(instrlist_t* bb, instr_t* where, app_pc pc, instr_t* instr) {
 }
 
 void event_thread_init(void* drcontext) {
-  void* state = dr_thread_alloc(drcontext, sizeof(cpu_state));
+  void* state = dr_thread_alloc(drcontext, sizeof(cpu_state) + mix_table_bytes());
   drmgr_set_tls_field(drcontext, tls_idx, state);
+  mix_thread_start(static_cast<cpu_state*>(state));
 }
 
 void event_thread_exit(void* drcontext) {
   void* data = drmgr_get_tls_field(drcontext, tls_idx);
   DR_ASSERT(data != NULL);
-  dr_thread_free(drcontext, data, sizeof(cpu_state));
+  mix_thread_end(static_cast<cpu_state*>(data));
+  dr_thread_free(drcontext, data, sizeof(cpu_state) + mix_table_bytes());
 }
 
 // Steps 7 to 15: the application's registers into the record at X27.
@@ -111,6 +114,7 @@ void replace_instruction(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder 
   dr_insert_get_stolen_reg_value(dc, bb, instr, DR_REG_X27);
   dr_save_reg(dc, bb, instr, DR_REG_X27, SPILL_SLOT_3);
   instrlist_insert_mov_immed_ptrsz(dc, state, x(27), bb, instr, NULL, NULL);
+  mix_insert_count(dc, bb, instr, pc, word, reinterpret_cast<cpu_state*>(state));
   store_registers(dc, bb, instr, pc);
   dr_insert_call_zorvo(dc, bb, instr, pc, reinterpret_cast<void*>(emulate_instruction), 3,
                        OPND_CREATE_INT32(word), OPND_CREATE_INTPTR(pc),
@@ -166,6 +170,7 @@ dr_emit_flags_t event_instruction_change(void* drcontext, void* /*tag*/, instrli
 void event_exit() {
   dr_log(NULL, DR_LOG_ALL, 1, "SVE client exiting\n");
   sve_exit();
+  mix_report();
   if (!drmgr_unregister_bb_app2app_event(event_instruction_change) || drreg_exit() != DRREG_SUCCESS)
     DR_ASSERT(false);
   drmgr_exit();
@@ -176,7 +181,9 @@ void event_exit() {
 DR_EXPORT void dr_client_main(client_id_t /*id*/, int argc, const char* argv[]) {
   dr_set_client_name("Zorvo SVE emulation client", "zorvo-maintainers@example.org");
   std::string parse_err;
-  if (!droption_parser_t::parse_argv(DROPTION_SCOPE_CLIENT, argc, argv, &parse_err, NULL)) {
+  argc = take_mix_options(argc, argv, &parse_err);
+  if (argc < 0 ||
+      !droption_parser_t::parse_argv(DROPTION_SCOPE_CLIENT, argc, argv, &parse_err, NULL)) {
     dr_fprintf(STDERR, "SVE emulation client usage error: %s\n", parse_err.c_str());
     dr_abort();
   }
