@@ -130,20 +130,22 @@ class Runner:
             "counted reference": (reference + with_plugin, counted_env),
             "zorvo": ([zorvo, *zorvo_options, "--"], env),
             "counted zorvo": ([zorvo, "--stats", *zorvo_options, "--"], counted_env),
+            "counted zorvo --mix": ([zorvo, "--stats", "--mix", *zorvo_options, "--"],
+                                    counted_env),
         }
 
-    def run(self, way, program):
+    def run(self, way, program, args=()):
         """(why it failed or None, stderr, seconds)"""
         prefix, env = self.ways[way]
         path = os.path.join(self.build, "bench", program)
-        status, out, err, seconds = run(prefix + [path], env, self.timeout, self.scratch)
+        status, out, err, seconds = run(prefix + [path, *args], env, self.timeout, self.scratch)
         return failure(status, out, err), err, seconds
 
-    def count(self, way, program):
+    def count(self, way, program, args=()):
         """(why it failed or None, (instructions, SVE instructions), stderr)"""
         if os.path.exists(self.counts_file):
             os.remove(self.counts_file)
-        failed, err, _ = self.run(way, program)
+        failed, err, _ = self.run(way, program, args)
         return failed, read_counts(self.counts_file), err
 
 
@@ -182,6 +184,49 @@ def startup_cost(runner):
     if ref_failed or zorvo_failed or not ref or not zorvo:
         return None
     return zorvo[0] - ref[0]
+
+
+def mix_cost(runner, kernels_rows):
+    """Guest instructions that --mix adds: per emulated instruction in steady
+    state (mix_loop at two lengths: the difference of the differences), and
+    over each whole kernel run, exit report included."""
+    short, long_ = 1000, 11000
+    counts = {}
+    for way in ("counted zorvo", "counted zorvo --mix"):
+        for rounds in (short, long_):
+            failed, c, _ = runner.count(way, "mix_loop", [str(rounds)])
+            if failed or not c:
+                return None
+            counts[way, rounds] = c[0]
+    emulated = 2 * (long_ - short)
+    plain = counts["counted zorvo", long_] - counts["counted zorvo", short]
+    mixed = counts["counted zorvo --mix", long_] - counts["counted zorvo --mix", short]
+    cost = {"steady_without": plain / emulated, "steady_with": mixed / emulated, "kernels": []}
+    for row in kernels_rows:
+        if row.get("zorvo_fails") or row.get("reference_fails") or not row.get("zorvo"):
+            continue
+        failed, c, _ = runner.count("counted zorvo --mix", row["kernel"])
+        if failed or not c:
+            continue
+        cost["kernels"].append([row["kernel"], c[0], (c[0] - row["zorvo"][0]) / row["reference"][1]])
+    return cost
+
+
+def mix_cost_text(cost):
+    if cost is None:
+        return ["Instruction mix: mix_loop did not run under zorvo."]
+    lines = ["Instruction mix: `zorvo --mix` counts each emulated instruction with "
+             "%.2f guest instructions in steady state (bench/tools/mix_loop.c at 1,000 and 11,000 "
+             "rounds of two SVE instructions: %.2f guest instructions per emulated instruction "
+             "with --mix, %.2f without); without --mix the rewriter inserts nothing. Over whole "
+             "runs --mix adds more, most of it once, at exit: reading the symbol tables of the "
+             "program and its libraries, and printing the table:" % (cost["steady_with"] - cost["steady_without"],
+                                    cost["steady_with"], cost["steady_without"]), "",
+             "| kernel | zorvo --mix instructions | added per emulated SVE instruction |",
+             "|---|---:|---:|"]
+    for kernel, total, added in cost["kernels"]:
+        lines.append("| %s | %s | %.1f |" % (kernel, fmt(total, ","), added))
+    return lines
 
 
 def report_run(build, records, scratch):
@@ -388,6 +433,8 @@ def main():
         for kernel in kernels:
             print("bench: %s ..." % kernel, file=sys.stderr, flush=True)
             figures["rows"].append(measure(kernel, runner, args.runs))
+        print("bench: instruction mix ...", file=sys.stderr, flush=True)
+        figures["mix"] = mix_cost(runner, figures["rows"])
 
     text = ["# Benchmarks: what an emulated SVE instruction costs", "",
             "`make bench` on %s, runtime: %s." % (started.strftime("%Y-%m-%d %H:%M"),
@@ -402,7 +449,8 @@ def main():
             "entries. Start-up: zorvo adds %s guest instructions to a "
             "program without SVE (bench/tools/no_sve.c) before its first SVE instruction."
             % (args.runs, fmt(figures["startup"], ",")), "",
-            results_table(figures), "", report_cost_text(figures["trace_report"]), ""]
+            results_table(figures), "", *mix_cost_text(figures["mix"]), "",
+            report_cost_text(figures["trace_report"]), ""]
     if before:
         text += ["Compared with the earlier run:", "", comparison_table(before, figures), ""]
     text += kept_notes(args.out)

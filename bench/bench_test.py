@@ -85,5 +85,27 @@ class Figures(unittest.TestCase):
         self.assertIsNone(bench.signals_after_warm_up(dict(ROW, blocks=None)))
 
 
+class MixCost(unittest.TestCase):
+    class FakeRunner:
+        """Guest instructions as a run with and without --mix would count them."""
+        def count(self, way, program, args=()):
+            if program == "mix_loop":
+                rounds = int(args[0])
+                per_round = 2 * (388 if "--mix" in way else 385)
+                return None, (5000000 + 300000 * ("--mix" in way) + per_round * rounds, 0), ""
+            return None, (1300, 100), ""
+
+    def test_the_steady_state_is_the_difference_of_two_lengths(self):
+        rows = [{"kernel": "k", "zorvo": (1000, 1), "reference": (500, 100)},
+                {"kernel": "broken", "zorvo_fails": "fails: wrong result"}]
+        cost = bench.mix_cost(self.FakeRunner(), rows)
+        # The one-time 300,000 of the mix and the 5,000,000 of start-up drop out.
+        self.assertAlmostEqual(cost["steady_with"], 388)
+        self.assertAlmostEqual(cost["steady_without"], 385)
+        self.assertEqual(cost["kernels"], [["k", 1300, 3.0]])
+        self.assertIn("with 3.00 guest instructions in steady state",
+                      bench.mix_cost_text(cost)[0])
+
+
 if __name__ == "__main__":
     unittest.main()

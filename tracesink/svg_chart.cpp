@@ -1,5 +1,7 @@
 #include "svg_chart.h"
 
+#include "text_format.h"
+
 #include <algorithm>
 #include <cinttypes>
 #include <cmath>
@@ -8,24 +10,13 @@
 
 namespace {
 
-// printf into a std::string.
+// printf onto the end of a std::string.
 void put(std::string& out, const char* format, ...) __attribute__((format(printf, 2, 3)));
 void put(std::string& out, const char* format, ...) {
-  char text[512];
   va_list args;
   va_start(args, format);
-  const int n = std::vsnprintf(text, sizeof text, format, args);
+  out += format_text_v(format, args);
   va_end(args);
-  if (n >= static_cast<int>(sizeof text)) {
-    std::string big(static_cast<size_t>(n) + 1, '\0');
-    va_start(args, format);
-    std::vsnprintf(&big[0], big.size(), format, args);
-    va_end(args);
-    big.resize(static_cast<size_t>(n));
-    out += big;
-  } else if (n > 0) {
-    out.append(text, static_cast<size_t>(n));
-  }
 }
 
 const char* const kFont = "font-family=\"sans-serif\" font-size=\"12\"";
@@ -95,15 +86,6 @@ std::string html_escape(const std::string& text) {
     default:
       out += c;
     }
-  }
-  return out;
-}
-
-std::string with_commas(uint64_t v) {
-  std::string digits = std::to_string(v), out;
-  for (size_t i = 0; i < digits.size(); ++i) {
-    if (i && (digits.size() - i) % 3 == 0) out += ',';
-    out += digits[i];
   }
   return out;
 }

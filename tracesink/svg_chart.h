@@ -6,11 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "text_format.h"
+
 // Text made safe inside HTML and SVG.
 std::string html_escape(const std::string& text);
-
-// 1234567 -> "1,234,567".
-std::string with_commas(uint64_t v);
 
 // 1536 -> "1.5 KiB".
 std::string byte_size(double bytes);
