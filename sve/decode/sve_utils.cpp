@@ -25,12 +25,15 @@ const decode_map_info kMaps[kDecodeMapCount] = {
 };
 
 const decode_row kRows[] = {
-#define THIN(map, key, name, handler)                                                              \
+#define THIN(family, map, key, name, shape, elem, handler)                                         \
   {MAP_##map, key, name, #name, #handler, DECODER_THIN, &name##_operands},
-#define BRIDGE(map, key, name) {MAP_##map, key, name, #name, "", DECODER_BRIDGE, &name##_operands},
+#define THIN_FP THIN
+#define BRIDGE(family, map, key, name, shape, elem)                                                \
+  {MAP_##map, key, name, #name, "", DECODER_BRIDGE, &name##_operands},
 #define EMPTY(map, key, name) {MAP_##map, key, sve_prefetch_nop, #name, "", DECODER_EMPTY, nullptr},
-#include "decode_rows.inc"
+#include "forms.inc"
 #undef THIN
+#undef THIN_FP
 #undef BRIDGE
 #undef EMPTY
 };

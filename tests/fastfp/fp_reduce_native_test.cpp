@@ -6,7 +6,7 @@
 #include <cstring>
 #include <random>
 
-#include "decode/fpsr_exchange.h"
+#include "decode/host_fpsr.h"
 #include "handlers/fp_arith.h"
 
 namespace {
