@@ -18,7 +18,8 @@
 #include "thin_operands.h"
 
 template <typename... Kinds> struct shape {
-  template <uint32_t E, auto Handler, bool ExchangesFpsr> static aarch64_decode_rc run(cpu_state* s, uint32_t w) {
+  template <uint32_t E, auto Handler, bool ExchangesFpsr>
+  static aarch64_decode_rc run(cpu_state* s, uint32_t w) {
     s->raw_instr = w;
     if constexpr (ExchangesFpsr) {
       // The handler computes with the host's floating point: the application's

@@ -386,7 +386,8 @@ TEST(Decoders, HostFloatingPointHandlersSeeTheApplicationsFpsrAndReturnTheirFlag
   static cpu_state s;
   s.fpsr = 0x1; // IOC, left over from earlier application code
   write_host_fpsr(0);
-  EXPECT_EQ((shapes::zd_zn_zm::run<ELEM_D, divide_inexactly, true>(&s, 0x65c00000)), AARCH64_DECODE_OK);
+  EXPECT_EQ((shapes::zd_zn_zm::run<ELEM_D, divide_inexactly, true>(&s, 0x65c00000)),
+            AARCH64_DECODE_OK);
   EXPECT_EQ(fpsr_seen_by_handler, 0x1u);
   EXPECT_EQ(s.fpsr, 0x11u); // IOC kept, IXC added
 
