@@ -8,6 +8,8 @@
 // shapes, and for bridge decoders the generic functions, that its rows use.
 // No include guard: each decoder file includes this once.
 
+#include "handler_declarations.h"
+
 #ifndef DECODERS_bitwise
 #define DECODERS_bitwise(...)
 #endif

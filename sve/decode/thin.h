@@ -11,13 +11,15 @@
 
 #include <cstdint>
 
-#include "../handlers/handlers.h"
 #include "decoders.h"
 #include "host_fpsr.h"
 #include "operands.h"
 #include "thin_operands.h"
 
 template <typename... Kinds> struct shape {
+  // The fast handler's type: the cpu_state, then one argument per kind.
+  using handler_type = aarch64_decode_rc(cpu_state*, decltype(Kinds::template get<0>(0u))...);
+
   template <uint32_t E, auto Handler, bool ExchangesFpsr>
   static aarch64_decode_rc run(cpu_state* s, uint32_t w) {
     s->raw_instr = w;

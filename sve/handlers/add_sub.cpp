@@ -1,7 +1,7 @@
 // Integer add and subtract: merging, unpredicated and immediate forms.
+#include "../decode/cpu_state.h"
 #include "../trace/roi.h"
 #include "element.h"
-#include "handlers.h"
 #include "int_shapes.h"
 
 namespace {

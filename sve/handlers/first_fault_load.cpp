@@ -6,10 +6,10 @@
 // an LD1 would, unreadable elements included.
 #include <cstring>
 
+#include "../decode/cpu_state.h"
 #include "../decode/sve_utils.h"
 #include "../memory/sve_fault.h"
 #include "contiguous.h"
-#include "handlers.h"
 
 namespace {
 

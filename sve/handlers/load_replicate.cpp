@@ -1,8 +1,8 @@
 // Replicating loads LD1R: one memory element, widened, into every active
 // element. They make no trace record.
+#include "../decode/cpu_state.h"
 #include "app_memory.h"
 #include "element.h"
-#include "handlers.h"
 
 namespace {
 
