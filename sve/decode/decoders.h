@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "cpu_state.h"
+#include "../state/cpu_state.h"
 #include "thin_operands.h"
 
 #define DECLARE_DECODER(name)                                                                      \

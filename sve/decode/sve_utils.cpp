@@ -1,14 +1,9 @@
 #include "sve_utils.h"
 
-#include <unistd.h>
-
 #include <map>
 
-#include "../memory/sve_fault.h"
 #include "decode_maps.inc"
 #include "decoders.h"
-
-uint32_t page_size;
 
 namespace {
 
@@ -44,9 +39,7 @@ std::map<int32_t, uint16_t> maps[kDecodeMapCount];
 
 struct decode_unit_init {
   decode_unit_init() {
-    page_size = static_cast<uint32_t>(sysconf(_SC_PAGESIZE));
     for (int i = 0; i < kRowCount; ++i) maps[kRows[i].map].emplace(kRows[i].key, i);
-    SVEInitialize();
   }
 } init_at_load;
 

@@ -3,15 +3,12 @@
 
 #include <cstdint>
 
-#include "cpu_state.h"
+#include "../state/cpu_state.h"
 #include "thin_operands.h"
 
 // Looks the word up in the 44 decode maps in order; null when no row
 // matches. Pure: called once per instruction when a block is rewritten.
 sve_decoder get_sve_handler(uint32_t word);
-
-// The system page size, read when the library loads.
-extern uint32_t page_size;
 
 // How a map's name turns a word into a key: its bit ranges, high part first.
 struct key_range {

@@ -1,5 +1,5 @@
 // Integer add and subtract: merging, unpredicated and immediate forms.
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "../trace/roi.h"
 #include "element.h"
 #include "int_shapes.h"

@@ -1,7 +1,7 @@
 // Integer divide, maximum and minimum, and negate: merging forms.
 #include <type_traits>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "element.h"
 #include "int_shapes.h"
 

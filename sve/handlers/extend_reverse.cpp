@@ -2,7 +2,7 @@
 // word swap: unary merging forms, where Zd supplies only inactive elements.
 #include <arm_acle.h>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "element.h"
 #include "int_shapes.h"
 

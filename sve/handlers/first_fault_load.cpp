@@ -6,9 +6,8 @@
 // an LD1 would, unreadable elements included.
 #include <cstring>
 
-#include "../decode/cpu_state.h"
-#include "../decode/sve_utils.h"
 #include "../memory/sve_fault.h"
+#include "../state/cpu_state.h"
 #include "contiguous.h"
 
 namespace {

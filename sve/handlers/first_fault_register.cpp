@@ -1,6 +1,6 @@
 // The first-fault register: set, read (plain or under a predicate) and
 // write. It has the form of a predicate, so these are byte copies.
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "element.h"
 
 aarch64_decode_rc sve_setffr(cpu_state* s) {

@@ -1,6 +1,6 @@
 // Floating-point arithmetic of two operands: predicated with a vector or an
 // immediate, reversed, and unpredicated.
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "fp_element.h"
 
 namespace {

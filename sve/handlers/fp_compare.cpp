@@ -2,7 +2,7 @@
 // zero. The result is zeroing: an inactive element is false. The host
 // compare sets the host's flags, which only pick the result; the emulated
 // NZCV is left alone.
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "fp_element.h"
 
 namespace {

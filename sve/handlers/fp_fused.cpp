@@ -1,7 +1,7 @@
 // Fused multiply-add: the accumulating forms (fmla family, the result
 // replaces the addend), the multiplicand forms (fmad family, the result
 // replaces the first factor) and the complex fcmla.
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "fp_element.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // Floating-point reductions to a scalar: the pairwise trees of fmaxnmv,
 // fminnmv and faddv, and the strictly ordered fadda.
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "fp_element.h"
 #include "fp_reduce_unrouted.h"
 

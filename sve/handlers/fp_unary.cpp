@@ -2,7 +2,7 @@
 // rounding, the reciprocal estimate and step, and the immediate broadcast.
 #include <cmath>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "fp_element.h"
 
 namespace {

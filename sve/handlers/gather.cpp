@@ -2,7 +2,7 @@
 // from bytes, halfwords and words, 64-bit elements from bytes up to
 // doublewords. Zero extension in the plain forms, sign extension in the
 // LD1S forms.
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "gather_scatter_access.h"
 
 VECTOR_PLUS_IMM_FORM(memaccess_load, sve_ld1b_s_zpzi, uint8_t, uint32_t)

@@ -1,5 +1,5 @@
 // Index series, vector address generation and the vector-length scalars.
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "element.h"
 
 namespace {

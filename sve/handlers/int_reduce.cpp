@@ -6,7 +6,7 @@
 #include <limits>
 #include <type_traits>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "fp_element.h"
 
 namespace {

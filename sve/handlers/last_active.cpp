@@ -1,7 +1,7 @@
 // The last active element of a vector into a general or SIMD&FP register:
 // lastb, and clastb into a general register, which keeps the register's own
 // value when no element is active.
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "fp_element.h"
 #include "predicate_scan.h"
 

@@ -1,7 +1,7 @@
 // Replicating loads LD1R: one memory element, widened, into every active
 // element. They make no trace record.
-#include "../decode/cpu_state.h"
-#include "app_memory.h"
+#include "../memory/app_memory.h"
+#include "../state/cpu_state.h"
 #include "element.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // Bitwise AND, OR, XOR and AND NOT: merging, unpredicated and bitmask
 // immediate forms, and the bitmask broadcast.
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "element.h"
 #include "int_shapes.h"
 

@@ -2,7 +2,7 @@
 // after it runs separately and reads the register the prefix wrote.
 #include <cstring>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "element.h"
 #include "int_shapes.h"
 

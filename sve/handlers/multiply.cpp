@@ -1,6 +1,6 @@
 // Integer multiply and multiply-add: the low half of each product, modulo
 // the element width.
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "element.h"
 #include "int_shapes.h"
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "element.h"
 #include "permute_routines.h"
 

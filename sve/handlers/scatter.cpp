@@ -1,7 +1,7 @@
 // Scatter stores ST1 with a vector of addresses or offsets: the low bytes of
 // each 32-bit or 64-bit element, one store per active element in ascending
 // element order, so that of two elements at one address the later one stays.
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "gather_scatter_access.h"
 
 VECTOR_PLUS_IMM_FORM(memaccess_store, sve_st1b_s_zpzi, uint8_t, uint32_t)

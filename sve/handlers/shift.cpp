@@ -3,7 +3,7 @@
 // shift right by that much fills the element with its sign bit.
 #include <type_traits>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "element.h"
 #include "int_shapes.h"
 

@@ -3,7 +3,7 @@
 
 #include <cstdio>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 
 inline aarch64_decode_rc report_unimplemented(const cpu_state* s, const char* handler) {
   std::fprintf(stderr, "Unimplemented instruction: [  %tx:\t %08x\t %s  ]\n",

@@ -3,7 +3,7 @@
 // tier; each handler here is one conversion.
 #include <cstdint>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "element.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "decode/cpu_state.h"
+#include "state/cpu_state.h"
 #include "machine.h"
 
 struct compare_rules {

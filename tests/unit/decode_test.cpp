@@ -1,7 +1,6 @@
 // The decode table and the cascade: counts, disjointness, key formation and
 // lookups of words assembled by GNU as.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <random>
 #include <set>
@@ -9,7 +8,6 @@
 #include <vector>
 
 #include "decode/sve_utils.h"
-#include "memory/sve_fault.h"
 
 namespace {
 
@@ -190,12 +188,6 @@ TEST(Cascade, WordsOutsideTheSveSpaceFindNothing) {
   }
   EXPECT_EQ(get_sve_handler(0xd503201f), nullptr); // nop
   EXPECT_EQ(get_sve_handler(0x8b020020), nullptr); // add x0, x1, x2
-}
-
-TEST(LoadTime, PageSizeAndFaultSetupAreDone) {
-  EXPECT_EQ(page_size, static_cast<uint32_t>(sysconf(_SC_PAGESIZE)));
-  EXPECT_EQ(SVELibInitialized, 1u);
-  EXPECT_EQ(SVEInitialize(), 1);
 }
 
 } // namespace
