@@ -1,16 +1,12 @@
-// Every decoder named in the decode table. Thin and bridge decoders also
-// have their description, `<name>_operands`. Prefetch rows share one decoder that does
-// nothing.
+// Every decoder named in forms.inc. Prefetch rows share one decoder that
+// does nothing.
 #pragma once
 
 #include <cstdint>
 
 #include "../state/cpu_state.h"
-#include "thin_operands.h"
 
-#define DECLARE_DECODER(name)                                                                      \
-  aarch64_decode_rc name(cpu_state*, uint32_t);                                                    \
-  extern const thin_operands name##_operands;
+#define DECLARE_DECODER(name) aarch64_decode_rc name(cpu_state*, uint32_t);
 #define THIN(family, map, key, name, shape, elem, handler) DECLARE_DECODER(name)
 #define THIN_FP(family, map, key, name, shape, elem, handler) DECLARE_DECODER(name)
 #define BRIDGE(family, map, key, name, shape, elem) DECLARE_DECODER(name)

@@ -7,39 +7,38 @@
 
 namespace {
 
-enum map_index : uint8_t {
-#define X(suffix) MAP_##suffix,
-  ZORVO_DECODE_MAPS(X)
-#undef X
-};
-
 const decode_map_info kMaps[kDecodeMapCount] = {
 #define X(suffix) {"decode_map__" #suffix, parse_map_layout(#suffix)},
     ZORVO_DECODE_MAPS(X)
 #undef X
 };
 
-const decode_row kRows[] = {
-#define THIN(family, map, key, name, shape, elem, handler)                                         \
-  {MAP_##map, key, name, #name, #handler, DECODER_THIN, &name##_operands},
+struct form {
+  uint8_t map;
+  int32_t key;
+  sve_decoder decoder;
+};
+
+const form kForms[] = {
+#define THIN(family, map, key, name, shape, elem, handler) {MAP_##map, key, name},
 #define THIN_FP THIN
-#define BRIDGE(family, map, key, name, shape, elem)                                                \
-  {MAP_##map, key, name, #name, "", DECODER_BRIDGE, &name##_operands},
-#define EMPTY(map, key, name) {MAP_##map, key, sve_prefetch_nop, #name, "", DECODER_EMPTY, nullptr},
+#define BRIDGE(family, map, key, name, shape, elem) {MAP_##map, key, name},
+#define EMPTY(map, key, name) {MAP_##map, key, sve_prefetch_nop},
 #include "forms.inc"
 #undef THIN
 #undef THIN_FP
 #undef BRIDGE
 #undef EMPTY
 };
-constexpr int kRowCount = sizeof(kRows) / sizeof(kRows[0]);
+static_assert(sizeof(kForms) / sizeof(kForms[0]) == kFormCount);
 
-// Values are row indexes, so the tools can name what a lookup found.
+// Values are row indexes in forms.inc, so the tools can name what a lookup
+// found.
 std::map<int32_t, uint16_t> maps[kDecodeMapCount];
 
 struct decode_unit_init {
   decode_unit_init() {
-    for (int i = 0; i < kRowCount; ++i) maps[kRows[i].map].emplace(kRows[i].key, i);
+    for (int i = 0; i < kFormCount; ++i) maps[kForms[i].map].emplace(kForms[i].key, i);
   }
 } init_at_load;
 
@@ -47,25 +46,20 @@ struct decode_unit_init {
 
 aarch64_decode_rc sve_prefetch_nop(cpu_state*, uint32_t) { return AARCH64_DECODE_OK; }
 
-const decode_row* find_decode_row(uint32_t word) {
+int find_form(uint32_t word) {
   for (int m = 0; m < kDecodeMapCount; ++m) {
     const auto it = maps[m].find(form_key(word, kMaps[m].layout));
-    if (it != maps[m].end()) return &kRows[it->second];
+    if (it != maps[m].end()) return it->second;
   }
-  return nullptr;
+  return -1;
 }
 
 sve_decoder get_sve_handler(uint32_t word) {
-  const decode_row* row = find_decode_row(word);
-  return row ? row->decoder : nullptr;
+  const int form = find_form(word);
+  return form < 0 ? nullptr : kForms[form].decoder;
 }
 
 const decode_map_info* decode_maps() { return kMaps; }
-
-const decode_row* decode_rows(int* count) {
-  *count = kRowCount;
-  return kRows;
-}
 
 uint32_t row_value(const decode_map_info& m, int32_t key) {
   uint32_t k = static_cast<uint32_t>(key), value = 0;

@@ -5,8 +5,8 @@
 //
 //   THIN_DECODER(VecU16AddVVM, zdn_pgm_zm, ELEM_H, sve_add_zpz, false)
 //
-// defines the decoder VecU16AddVVM and VecU16AddVVM_operands, its
-// description for tools.
+// defines the decoder VecU16AddVVM. The shape's describe and notation are
+// for tools, which build their table of forms from the same rows.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,6 @@
 #include "decoders.h"
 #include "host_fpsr.h"
 #include "operands.h"
-#include "thin_operands.h"
 
 template <typename... Kinds> struct shape {
   // The fast handler's type: the cpu_state, then one argument per kind.
@@ -47,14 +46,9 @@ template <typename... Kinds> struct shape {
     ((out.printf("%s", separator), Kinds::notation(out), separator = ", "), ...);
     (void)separator;
   }
-
-  template <uint32_t E, bool ExchangesFpsr> static constexpr thin_operands operands() {
-    return {&describe<E>, &notation, E, ExchangesFpsr};
-  }
 };
 
 #define THIN_DECODER(name, shape_type, elem, handler, exchanges_fpsr)                              \
   aarch64_decode_rc name(cpu_state* s, uint32_t w) {                                               \
     return shape_type::run<elem, handler, exchanges_fpsr>(s, w);                                   \
-  }                                                                                                \
-  const thin_operands name##_operands = shape_type::operands<elem, exchanges_fpsr>();
+  }

@@ -8,10 +8,10 @@
 #include <set>
 #include <string>
 
-#include "decode/describe.h"
 #include "decode/line_writer.h"
 #include "decode/shapes.h"
-#include "decode/sve_utils.h"
+#include "forms/describe.h"
+#include "forms/forms_table.h"
 
 namespace {
 

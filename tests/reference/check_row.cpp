@@ -12,10 +12,7 @@
 #include "draw.h"
 #include "native_run.h"
 
-#if __has_include("decode/describe.h")
-#include "decode/describe.h"
-#define ZORVO_HAVE_DESCRIBE 1
-#endif
+#include "forms/describe.h"
 
 namespace {
 
@@ -54,14 +51,9 @@ uint64_t name_hash(const char* s) {
 }
 
 std::string describe(uint32_t word) {
-#ifdef ZORVO_HAVE_DESCRIBE
   char buf[160];
   describe_operands(word, buf, sizeof buf);
   return buf;
-#else
-  (void)word;
-  return "";
-#endif
 }
 
 // The Z and P registers that a description names ("z7.b", "p4/m").

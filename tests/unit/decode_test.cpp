@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "decode/sve_utils.h"
+#include "forms/forms_table.h"
 
 namespace {
 
