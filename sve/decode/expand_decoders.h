@@ -91,6 +91,9 @@
 #ifndef DECODERS_reduce
 #define DECODERS_reduce(...)
 #endif
+#ifndef DECODERS_roi_marker
+#define DECODERS_roi_marker(...)
+#endif
 #ifndef DECODERS_store
 #define DECODERS_store(...)
 #endif
