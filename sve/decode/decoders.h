@@ -8,14 +8,8 @@
 
 #define DECLARE_DECODER(name) aarch64_decode_rc name(cpu_state*, uint32_t);
 #define THIN(family, map, key, name, shape, elem, handler) DECLARE_DECODER(name)
-#define THIN_FP(family, map, key, name, shape, elem, handler) DECLARE_DECODER(name)
 #define BRIDGE(family, map, key, name, shape, elem) DECLARE_DECODER(name)
-#define EMPTY(map, key, name)
 #include "forms.inc"
-#undef THIN
-#undef THIN_FP
-#undef BRIDGE
-#undef EMPTY
 #undef DECLARE_DECODER
 
 aarch64_decode_rc sve_prefetch_nop(cpu_state*, uint32_t);

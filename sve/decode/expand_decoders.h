@@ -104,9 +104,4 @@
   DECODERS_##family(THIN_DECODER(name, shape, elem, handler, true))
 #define BRIDGE(family, map, key, name, shape, elem)                                                \
   DECODERS_##family(BRIDGE_DECODER(name, shape, elem))
-#define EMPTY(map, key, name)
 #include "forms.inc"
-#undef THIN
-#undef THIN_FP
-#undef BRIDGE
-#undef EMPTY

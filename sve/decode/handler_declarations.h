@@ -7,11 +7,4 @@
 #include "shapes.h"
 
 #define THIN(family, map, key, name, shape, elem, handler) shapes::shape::handler_type handler;
-#define THIN_FP THIN
-#define BRIDGE(family, map, key, name, shape, elem)
-#define EMPTY(map, key, name)
 #include "forms.inc"
-#undef THIN
-#undef THIN_FP
-#undef BRIDGE
-#undef EMPTY

@@ -21,14 +21,9 @@ struct form {
 
 const form kForms[] = {
 #define THIN(family, map, key, name, shape, elem, handler) {MAP_##map, key, name},
-#define THIN_FP THIN
 #define BRIDGE(family, map, key, name, shape, elem) {MAP_##map, key, name},
 #define EMPTY(map, key, name) {MAP_##map, key, sve_prefetch_nop},
 #include "forms.inc"
-#undef THIN
-#undef THIN_FP
-#undef BRIDGE
-#undef EMPTY
 };
 static_assert(sizeof(kForms) / sizeof(kForms[0]) == kFormCount);
 

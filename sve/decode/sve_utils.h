@@ -67,14 +67,9 @@ const decode_map_info* decode_maps();
 // The rows of forms.inc, counted.
 constexpr int kFormCount = 0
 #define THIN(...) +1
-#define THIN_FP(...) +1
 #define BRIDGE(...) +1
 #define EMPTY(...) +1
 #include "forms.inc"
-#undef THIN
-#undef THIN_FP
-#undef BRIDGE
-#undef EMPTY
     ;
 
 // The index in forms.inc of the row that get_sve_handler picks for the word,

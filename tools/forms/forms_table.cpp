@@ -29,10 +29,6 @@ const decode_row kRows[] = {
    &operands_of<bridge_shapes::shape, elem, false>},
 #define EMPTY(map, key, name) {MAP_##map, key, sve_prefetch_nop, #name, "", DECODER_EMPTY, nullptr},
 #include "decode/forms.inc"
-#undef THIN
-#undef THIN_FP
-#undef BRIDGE
-#undef EMPTY
 };
 static_assert(sizeof(kRows) / sizeof(kRows[0]) == kFormCount);
 
