@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "decode/describe.h"
 #include "decode/line_writer.h"
-#include "decode/sve_utils.h"
+#include "forms/describe.h"
+#include "forms/forms_table.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 
 // The per-thread storage slot that holds each thread's cpu_state.
 extern int tls_idx;

@@ -47,7 +47,8 @@ void event_thread_exit(void* drcontext) {
   dr_thread_free(drcontext, data, sizeof(cpu_state) + mix_table_bytes());
 }
 
-// Steps 7 to 15: the application's registers into the record at X27.
+// Stores SP, X0 to X25, X29, X30, Q0 to Q31, NZCV and FPSR into the record at
+// X27, with X26 as scratch; X26 to X28 themselves travel through spill slots.
 void store_registers(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
   insert(bb, where, pc, INSTR_CREATE_add(dc, x(26), reg(DR_REG_XSP), OPND_CREATE_INT(0)));
   insert(bb, where, pc,
@@ -69,7 +70,7 @@ void store_registers(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
          INSTR_CREATE_str(dc, state_field(offsetof(cpu_state, fpsr), OPSZ_4), reg(DR_REG_W26)));
 }
 
-// Steps 18 to 26: everything back from the record at X27.
+// Loads back from the record at X27 all that store_registers put there.
 void load_registers(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
   insert(bb, where, pc,
          INSTR_CREATE_ldr(dc, reg(DR_REG_W26), state_field(offsetof(cpu_state, fpsr), OPSZ_4)));

@@ -5,8 +5,7 @@
 //
 //   BRIDGE_DECODER(VecS32AddReduceV, vd_pg_zn, ELEM_S)
 //
-// defines the decoder VecS32AddReduceV, which calls generic::VecS32AddReduceV,
-// and VecS32AddReduceV_operands, its description for tools.
+// defines the decoder VecS32AddReduceV, which calls generic::VecS32AddReduceV.
 // A bridge shape is the result kind followed by the argument kinds, in the
 // generic function's argument order.
 #pragma once
@@ -189,9 +188,6 @@ template <typename Result, typename... Args> struct bridge {
     out.printf(" -> ");
     Result::notation(out);
   }
-  template <uint32_t E> static constexpr thin_operands operands() {
-    return {&describe<E>, &notation, E, false};
-  }
 
 private:
   template <uint32_t E, auto Fn, size_t... I>
@@ -204,5 +200,4 @@ private:
 #define BRIDGE_DECODER(name, shape_type, elem)                                                     \
   aarch64_decode_rc name(cpu_state* s, uint32_t w) {                                               \
     return shape_type::run<elem, generic::name>(s, w);                                             \
-  }                                                                                                \
-  const thin_operands name##_operands = shape_type::operands<elem>();
+  }

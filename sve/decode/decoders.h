@@ -1,23 +1,15 @@
-// Every decoder named in the decode table. Thin and bridge decoders also
-// have their description, `<name>_operands`. Prefetch rows share one decoder that does
-// nothing.
+// Every decoder named in forms.inc. Prefetch rows share one decoder that
+// does nothing.
 #pragma once
 
 #include <cstdint>
 
-#include "cpu_state.h"
-#include "thin_operands.h"
+#include "../state/cpu_state.h"
 
-#define THIN(map, key, name, handler)                                                              \
-  aarch64_decode_rc name(cpu_state*, uint32_t);                                                    \
-  extern const thin_operands name##_operands;
-#define BRIDGE(map, key, name)                                                                     \
-  aarch64_decode_rc name(cpu_state*, uint32_t);                                                    \
-  extern const thin_operands name##_operands;
-#define EMPTY(map, key, name)
-#include "decode_rows.inc"
-#undef THIN
-#undef BRIDGE
-#undef EMPTY
+#define DECLARE_DECODER(name) aarch64_decode_rc name(cpu_state*, uint32_t);
+#define THIN(family, map, key, name, shape, elem, handler) DECLARE_DECODER(name)
+#define BRIDGE(family, map, key, name, shape, elem) DECLARE_DECODER(name)
+#include "forms.inc"
+#undef DECLARE_DECODER
 
 aarch64_decode_rc sve_prefetch_nop(cpu_state*, uint32_t);

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "cpu_state.h"
+#include "../state/cpu_state.h"
 
 constexpr uint32_t field(uint32_t word, unsigned hi, unsigned lo) {
   return (word >> lo) & ((1u << (hi - lo + 1)) - 1);

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "cpu_state.h"
+#include "../state/cpu_state.h"
 #include "fields.h"
 
 constexpr int sign_extend(uint32_t value, unsigned bits) {

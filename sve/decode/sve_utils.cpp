@@ -1,22 +1,11 @@
 #include "sve_utils.h"
 
-#include <unistd.h>
-
 #include <map>
 
-#include "../memory/sve_fault.h"
 #include "decode_maps.inc"
 #include "decoders.h"
 
-uint32_t page_size;
-
 namespace {
-
-enum map_index : uint8_t {
-#define X(suffix) MAP_##suffix,
-  ZORVO_DECODE_MAPS(X)
-#undef X
-};
 
 const decode_map_info kMaps[kDecodeMapCount] = {
 #define X(suffix) {"decode_map__" #suffix, parse_map_layout(#suffix)},
@@ -24,26 +13,27 @@ const decode_map_info kMaps[kDecodeMapCount] = {
 #undef X
 };
 
-const decode_row kRows[] = {
-#define THIN(map, key, name, handler)                                                              \
-  {MAP_##map, key, name, #name, #handler, DECODER_THIN, &name##_operands},
-#define BRIDGE(map, key, name) {MAP_##map, key, name, #name, "", DECODER_BRIDGE, &name##_operands},
-#define EMPTY(map, key, name) {MAP_##map, key, sve_prefetch_nop, #name, "", DECODER_EMPTY, nullptr},
-#include "decode_rows.inc"
-#undef THIN
-#undef BRIDGE
-#undef EMPTY
+struct form {
+  uint8_t map;
+  int32_t key;
+  sve_decoder decoder;
 };
-constexpr int kRowCount = sizeof(kRows) / sizeof(kRows[0]);
 
-// Values are row indexes, so the tools can name what a lookup found.
+const form kForms[] = {
+#define THIN(family, map, key, name, shape, elem, handler) {MAP_##map, key, name},
+#define BRIDGE(family, map, key, name, shape, elem) {MAP_##map, key, name},
+#define EMPTY(map, key, name) {MAP_##map, key, sve_prefetch_nop},
+#include "forms.inc"
+};
+static_assert(sizeof(kForms) / sizeof(kForms[0]) == kFormCount);
+
+// Values are row indexes in forms.inc, so the tools can name what a lookup
+// found.
 std::map<int32_t, uint16_t> maps[kDecodeMapCount];
 
 struct decode_unit_init {
   decode_unit_init() {
-    page_size = static_cast<uint32_t>(sysconf(_SC_PAGESIZE));
-    for (int i = 0; i < kRowCount; ++i) maps[kRows[i].map].emplace(kRows[i].key, i);
-    SVEInitialize();
+    for (int i = 0; i < kFormCount; ++i) maps[kForms[i].map].emplace(kForms[i].key, i);
   }
 } init_at_load;
 
@@ -51,25 +41,20 @@ struct decode_unit_init {
 
 aarch64_decode_rc sve_prefetch_nop(cpu_state*, uint32_t) { return AARCH64_DECODE_OK; }
 
-const decode_row* find_decode_row(uint32_t word) {
+int find_form(uint32_t word) {
   for (int m = 0; m < kDecodeMapCount; ++m) {
     const auto it = maps[m].find(form_key(word, kMaps[m].layout));
-    if (it != maps[m].end()) return &kRows[it->second];
+    if (it != maps[m].end()) return it->second;
   }
-  return nullptr;
+  return -1;
 }
 
 sve_decoder get_sve_handler(uint32_t word) {
-  const decode_row* row = find_decode_row(word);
-  return row ? row->decoder : nullptr;
+  const int form = find_form(word);
+  return form < 0 ? nullptr : kForms[form].decoder;
 }
 
 const decode_map_info* decode_maps() { return kMaps; }
-
-const decode_row* decode_rows(int* count) {
-  *count = kRowCount;
-  return kRows;
-}
 
 uint32_t row_value(const decode_map_info& m, int32_t key) {
   uint32_t k = static_cast<uint32_t>(key), value = 0;

@@ -3,15 +3,12 @@
 
 #include <cstdint>
 
-#include "cpu_state.h"
-#include "thin_operands.h"
+#include "../state/cpu_state.h"
+#include "decode_maps.inc"
 
 // Looks the word up in the 44 decode maps in order; null when no row
 // matches. Pure: called once per instruction when a block is rewritten.
 sve_decoder get_sve_handler(uint32_t word);
-
-// The system page size, read when the library loads.
-extern uint32_t page_size;
 
 // How a map's name turns a word into a key: its bit ranges, high part first.
 struct key_range {
@@ -52,31 +49,32 @@ constexpr int32_t form_key(uint32_t word, const map_layout& l) {
   return static_cast<int32_t>(static_cast<uint32_t>(key));
 }
 
-// ---- Introspection, for tools and tests; the running system needs none. ----
+// ---- For tools and tests; the running system needs none of it. ----
 
-enum decoder_kind : uint8_t { DECODER_THIN, DECODER_BRIDGE, DECODER_EMPTY };
+enum decode_map_id : uint8_t {
+#define X(suffix) MAP_##suffix,
+  ZORVO_DECODE_MAPS(X)
+#undef X
+      kDecodeMapCount
+};
 
 struct decode_map_info {
   const char* name; // "decode_map__31_13"
   map_layout layout;
 };
-
-struct decode_row {
-  uint8_t map; // index into decode_maps(), in cascade order
-  int32_t key;
-  sve_decoder decoder;
-  const char* name;    // "VecU16AddVVM"
-  const char* handler; // fast handler of a thin decoder, else ""
-  decoder_kind kind;
-  const thin_operands* operands; // thin and bridge decoders, else null
-};
-
-constexpr int kDecodeMapCount = 44;
 const decode_map_info* decode_maps();
-const decode_row* decode_rows(int* count);
 
-// The row that get_sve_handler would pick for the word, or null.
-const decode_row* find_decode_row(uint32_t word);
+// The rows of forms.inc, counted.
+constexpr int kFormCount = 0
+#define THIN(...) +1
+#define BRIDGE(...) +1
+#define EMPTY(...) +1
+#include "forms.inc"
+    ;
+
+// The index in forms.inc of the row that get_sve_handler picks for the word,
+// or -1.
+int find_form(uint32_t word);
 
 // The fixed-bit mask and value of a row's pattern.
 inline uint32_t row_mask(const decode_map_info& m) {

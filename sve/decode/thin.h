@@ -1,23 +1,28 @@
-// How a thin decoder is made: a shape (the operand kinds, in the handler's
-// argument order), the decoder's element size and its fast handler.
+// How a thin decoder is made from its row in forms.inc: a shape (the operand
+// kinds, in the handler's argument order), the decoder's element size, its
+// fast handler and whether the handler computes with the host's floating
+// point.
 //
-//   THIN_DECODER(VecU16AddVVM, zdn_pgm_zm, ELEM_H, sve_add_zpz)
+//   THIN_DECODER(VecU16AddVVM, zdn_pgm_zm, ELEM_H, sve_add_zpz, false)
 //
-// defines the decoder VecU16AddVVM and VecU16AddVVM_operands, its
-// description for tools.
+// defines the decoder VecU16AddVVM. The shape's describe and notation are
+// for tools, which build their table of forms from the same rows.
 #pragma once
 
 #include <cstdint>
 
 #include "decoders.h"
-#include "fpsr_exchange.h"
+#include "host_fpsr.h"
 #include "operands.h"
-#include "thin_operands.h"
 
 template <typename... Kinds> struct shape {
-  template <uint32_t E, auto Handler> static aarch64_decode_rc run(cpu_state* s, uint32_t w) {
+  // The fast handler's type: the cpu_state, then one argument per kind.
+  using handler_type = aarch64_decode_rc(cpu_state*, decltype(Kinds::template get<0>(0u))...);
+
+  template <uint32_t E, auto Handler, bool ExchangesFpsr>
+  static aarch64_decode_rc run(cpu_state* s, uint32_t w) {
     s->raw_instr = w;
-    if constexpr (exchanges_fpsr<Handler>) {
+    if constexpr (ExchangesFpsr) {
       // The handler computes with the host's floating point: the application's
       // status goes in, and the exceptions it raises come back.
       write_host_fpsr(s->fpsr);
@@ -41,14 +46,9 @@ template <typename... Kinds> struct shape {
     ((out.printf("%s", separator), Kinds::notation(out), separator = ", "), ...);
     (void)separator;
   }
-
-  template <uint32_t E, auto Handler> static constexpr thin_operands operands() {
-    return {&describe<E>, &notation, E, exchanges_fpsr<Handler>};
-  }
 };
 
-#define THIN_DECODER(name, shape_type, elem, handler)                                              \
+#define THIN_DECODER(name, shape_type, elem, handler, exchanges_fpsr)                              \
   aarch64_decode_rc name(cpu_state* s, uint32_t w) {                                               \
-    return shape_type::run<elem, handler>(s, w);                                                   \
-  }                                                                                                \
-  const thin_operands name##_operands = shape_type::operands<elem, handler>();
+    return shape_type::run<elem, handler, exchanges_fpsr>(s, w);                                   \
+  }

@@ -1,7 +1,6 @@
 // Integer add and subtract: merging, unpredicated and immediate forms.
-#include "../trace/roi.h"
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 #include "int_shapes.h"
 
 namespace {
@@ -41,9 +40,6 @@ aarch64_decode_rc sve_sub_zzz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn, 
 }
 
 aarch64_decode_rc sve_add_zi(cpu_state* s, aarch64_z_reg zdn, unsigned int imm) {
-  // A byte add of exactly 256 or 512 is a region-of-interest marker. Its low
-  // eight bits are zero, so the add that follows leaves the register as it was.
-  if (zdn.rw_elem == ELEM_B && (imm == 256 || imm == 512)) roi_marker(imm == 256);
   return immediate_any(s, zdn, imm, add_op{});
 }
 

@@ -3,7 +3,7 @@
 // stores narrow by truncation. The non-temporal hint has no host counterpart,
 // so LDNT1 and STNT1 are the same-size LD1 and ST1.
 #include "contiguous.h"
-#include "handlers.h"
+#include "../state/cpu_state.h"
 
 CONTIGUOUS_FORMS(memaccess_load, sve_ld1b_zpri, sve_ld1b_scaled_zprr, uint8_t, uint8_t)
 CONTIGUOUS_FORMS(memaccess_load, sve_ld1b_h_zpri, sve_ld1b_h_scaled_zprr, uint8_t, uint16_t)

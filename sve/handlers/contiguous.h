@@ -7,8 +7,8 @@
 
 #include <cstdint>
 
+#include "../memory/app_memory.h"
 #include "../trace/memtrace_lin.h"
-#include "app_memory.h"
 #include "element.h"
 
 // Xn|SP + imm * (bytes one vector's elements occupy in memory): for the

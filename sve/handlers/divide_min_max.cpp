@@ -1,8 +1,8 @@
 // Integer divide, maximum and minimum, and negate: merging forms.
 #include <type_traits>
 
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 #include "int_shapes.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <type_traits>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 
 template <typename T> inline T load_elem(const uint8_t* base, unsigned i) {
   T v;

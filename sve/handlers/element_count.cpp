@@ -2,7 +2,7 @@
 // moved by a pattern's count times a multiplier, the count of a predicate's
 // true elements, and the one saturating step with a fast path (uqdecb).
 // None of them sets flags.
-#include "handlers.h"
+#include "../state/cpu_state.h"
 #include "pattern_count.h"
 #include "predicate_scan.h"
 

@@ -2,8 +2,8 @@
 // word swap: unary merging forms, where Zd supplies only inactive elements.
 #include <arm_acle.h>
 
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 #include "int_shapes.h"
 
 namespace {

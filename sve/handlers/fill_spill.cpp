@@ -2,8 +2,8 @@
 // register and memory, with no trace record.
 #include <cstring>
 
-#include "app_memory.h"
-#include "handlers.h"
+#include "../memory/app_memory.h"
+#include "../state/cpu_state.h"
 #include "predicate_form.h"
 
 namespace {

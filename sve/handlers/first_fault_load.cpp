@@ -6,10 +6,9 @@
 // an LD1 would, unreadable elements included.
 #include <cstring>
 
-#include "../decode/sve_utils.h"
 #include "../memory/sve_fault.h"
+#include "../state/cpu_state.h"
 #include "contiguous.h"
-#include "handlers.h"
 
 namespace {
 

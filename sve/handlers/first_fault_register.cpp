@@ -1,7 +1,7 @@
 // The first-fault register: set, read (plain or under a predicate) and
 // write. It has the form of a predicate, so these are byte copies.
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 
 aarch64_decode_rc sve_setffr(cpu_state* s) {
   std::memset(s->ffr, 1, 48);

@@ -1,7 +1,7 @@
 // Floating-point arithmetic of two operands: predicated with a vector or an
 // immediate, reversed, and unpredicated.
+#include "../state/cpu_state.h"
 #include "fp_element.h"
-#include "handlers.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 // zero. The result is zeroing: an inactive element is false. The host
 // compare sets the host's flags, which only pick the result; the emulated
 // NZCV is left alone.
+#include "../state/cpu_state.h"
 #include "fp_element.h"
-#include "handlers.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 // side is 64 bits wide the element is 64 bits, and a 32-bit value stands in
 // its low half: a 32-bit source is read from there, and a 32-bit result is
 // written there with the upper half zero, or sign-extended for fcvtzs.
+#include "../state/cpu_state.h"
 #include "fp_element.h"
-#include "handlers.h"
 
 namespace {
 

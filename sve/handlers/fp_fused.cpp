@@ -1,8 +1,8 @@
 // Fused multiply-add: the accumulating forms (fmla family, the result
 // replaces the addend), the multiplicand forms (fmad family, the result
 // replaces the first factor) and the complex fcmla.
+#include "../state/cpu_state.h"
 #include "fp_element.h"
-#include "handlers.h"
 
 namespace {
 

@@ -1,7 +1,8 @@
 // Floating-point reductions to a scalar: the pairwise trees of fmaxnmv,
 // fminnmv and faddv, and the strictly ordered fadda.
+#include "../state/cpu_state.h"
 #include "fp_element.h"
-#include "handlers.h"
+#include "fp_reduce_unrouted.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 // rounding, the reciprocal estimate and step, and the immediate broadcast.
 #include <cmath>
 
+#include "../state/cpu_state.h"
 #include "fp_element.h"
-#include "handlers.h"
 
 namespace {
 

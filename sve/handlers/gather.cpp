@@ -2,8 +2,8 @@
 // from bytes, halfwords and words, 64-bit elements from bytes up to
 // doublewords. Zero extension in the plain forms, sign extension in the
 // LD1S forms.
+#include "../state/cpu_state.h"
 #include "gather_scatter_access.h"
-#include "handlers.h"
 
 VECTOR_PLUS_IMM_FORM(memaccess_load, sve_ld1b_s_zpzi, uint8_t, uint32_t)
 SCALAR_PLUS_VECTOR_FORM(memaccess_load, sve_ld1b_s_uxtw_zpzr, uint8_t, uint32_t, zero_extended_word)

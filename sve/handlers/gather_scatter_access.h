@@ -7,8 +7,8 @@
 
 #include <cstdint>
 
+#include "../memory/app_memory.h"
 #include "../trace/memtrace_elements.h"
-#include "app_memory.h"
 #include "element.h"
 
 // How an element of the address vector becomes a 64-bit offset.

@@ -1,6 +1,6 @@
 // Index series, vector address generation and the vector-length scalars.
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 
 namespace {
 

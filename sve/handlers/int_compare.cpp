@@ -3,7 +3,7 @@
 // and always sets NZCV from the governing predicate and the new result.
 #include <type_traits>
 
-#include "handlers.h"
+#include "../state/cpu_state.h"
 #include "predicate_form.h"
 
 namespace {

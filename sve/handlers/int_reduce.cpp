@@ -6,8 +6,8 @@
 #include <limits>
 #include <type_traits>
 
+#include "../state/cpu_state.h"
 #include "fp_element.h"
-#include "handlers.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The last active element of a vector into a general or SIMD&FP register:
 // lastb, and clastb into a general register, which keeps the register's own
 // value when no element is active.
+#include "../state/cpu_state.h"
 #include "fp_element.h"
-#include "handlers.h"
 #include "predicate_scan.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // Replicating loads LD1R: one memory element, widened, into every active
 // element. They make no trace record.
-#include "app_memory.h"
+#include "../memory/app_memory.h"
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 
 namespace {
 

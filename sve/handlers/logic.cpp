@@ -1,7 +1,7 @@
 // Bitwise AND, OR, XOR and AND NOT: merging, unpredicated and bitmask
 // immediate forms, and the bitmask broadcast.
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 #include "int_shapes.h"
 
 namespace {

@@ -2,8 +2,8 @@
 // after it runs separately and reads the register the prefix wrote.
 #include <cstring>
 
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 #include "int_shapes.h"
 
 namespace {

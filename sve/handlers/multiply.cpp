@@ -1,7 +1,7 @@
 // Integer multiply and multiply-add: the low half of each product, modulo
 // the element width.
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 #include "int_shapes.h"
 
 namespace {

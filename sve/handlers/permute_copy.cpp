@@ -2,8 +2,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 
 namespace {
 

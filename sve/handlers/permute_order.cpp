@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 #include "permute_routines.h"
 
 namespace {

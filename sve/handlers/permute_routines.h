@@ -4,7 +4,7 @@
 // the caller copies it to the destination register afterwards.
 #pragma once
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 
 // Even elements of a, then even elements of b.
 void sve_uzp1(char* dst, const char* a, const char* b, element_size size);

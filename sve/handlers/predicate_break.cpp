@@ -1,7 +1,7 @@
 // Breaks and next-active: predicates that end, carry on or pass on a run of
 // true elements. The break family works byte by byte, whatever size its
 // operands were written at; pnext works at its element size.
-#include "handlers.h"
+#include "../state/cpu_state.h"
 #include "predicate_scan.h"
 
 namespace {

@@ -3,7 +3,7 @@
 // element that fails its compare and which sets the flags.
 #include <type_traits>
 
-#include "handlers.h"
+#include "../state/cpu_state.h"
 #include "pattern_count.h"
 #include "predicate_scan.h"
 

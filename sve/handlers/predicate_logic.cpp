@@ -1,7 +1,7 @@
 // Predicate logic, select and unpack. Logic and select see the 48 bytes as
 // 48 independent elements whatever size the operands were written at; the
 // unpacks write halfword elements.
-#include "handlers.h"
+#include "../state/cpu_state.h"
 #include "predicate_form.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // Permutes of predicates: the vector routines on the 48-byte predicate form,
 // whose element is as many bytes as a vector element. Each goes through a
 // local buffer, so Pd may be either source.
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 #include "permute_routines.h"
 
 namespace {

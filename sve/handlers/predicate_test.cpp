@@ -1,6 +1,6 @@
 // PTEST: the flags from a governing predicate and a second predicate, byte by
 // byte, whatever element size either was last written at.
-#include "handlers.h"
+#include "../state/cpu_state.h"
 #include "predicate_form.h"
 
 aarch64_decode_rc sve_ptest_pp(cpu_state* s, aarch64_p_reg pg, aarch64_p_reg pn) {

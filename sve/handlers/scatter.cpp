@@ -1,8 +1,8 @@
 // Scatter stores ST1 with a vector of addresses or offsets: the low bytes of
 // each 32-bit or 64-bit element, one store per active element in ascending
 // element order, so that of two elements at one address the later one stays.
+#include "../state/cpu_state.h"
 #include "gather_scatter_access.h"
-#include "handlers.h"
 
 VECTOR_PLUS_IMM_FORM(memaccess_store, sve_st1b_s_zpzi, uint8_t, uint32_t)
 SCALAR_PLUS_VECTOR_FORM(memaccess_store, sve_st1b_s_uxtw_zpzr, uint8_t, uint32_t,

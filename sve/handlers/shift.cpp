@@ -3,8 +3,8 @@
 // shift right by that much fills the element with its sign bit.
 #include <type_traits>
 
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 #include "int_shapes.h"
 
 namespace {

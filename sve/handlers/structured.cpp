@@ -3,10 +3,10 @@
 // register Zt + k. The register list wraps after Z31.
 #include <cstdint>
 
+#include "../memory/app_memory.h"
+#include "../state/cpu_state.h"
 #include "../trace/memtrace_elements.h"
-#include "app_memory.h"
 #include "element.h"
-#include "handlers.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 // tier; each handler here is one conversion.
 #include <cstdint>
 
+#include "../state/cpu_state.h"
 #include "element.h"
-#include "handlers.h"
 
 namespace {
 

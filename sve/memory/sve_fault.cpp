@@ -1,12 +1,14 @@
 #include "sve_fault.h"
 
 #include <ucontext.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
 
-#include "../handlers/app_memory.h"
+#include "app_memory.h"
 
+uint32_t page_size;
 uint32_t SVELibInitialized;
 volatile uint32_t SVEFaultRegion;
 sigjmp_buf sveFaultJB;
@@ -68,6 +70,19 @@ int SVEInitialize() {
   SVELibInitialized = 1;
   return 1;
 }
+
+namespace {
+
+// As the library loads, before the application runs: the page size first,
+// then the handlers, so that nothing emulated can fault unguarded.
+struct fault_unit_init {
+  fault_unit_init() {
+    page_size = static_cast<uint32_t>(sysconf(_SC_PAGESIZE));
+    SVEInitialize();
+  }
+} init_at_load;
+
+} // namespace
 
 void SVESigHandler(int sig, siginfo_t*, void* context) {
   if (SVEFaultRegion) {

@@ -8,6 +8,10 @@
 #include <csignal>
 #include <cstdint>
 
+// The system page size, read as the library loads, for the first-fault
+// loads that stop at a page they cannot read.
+extern uint32_t page_size;
+
 extern uint32_t SVELibInitialized;
 // Non-zero exactly while a guarded read is in progress; one at a time in the
 // process.
@@ -19,7 +23,7 @@ extern thread_local uint8_t access_violation;
 // The action flags of every handler installed here.
 constexpr int kFaultActionFlags = SA_NODEFER | SA_RESTART | SA_SIGINFO;
 
-// Called once as the library loads, after the decode maps exist: installs
+// Called once as the library loads, after the page size is read: installs
 // SVESigHandler for SIGSEGV and SIGBUS. Returns 1; a second call does
 // nothing.
 int SVEInitialize();

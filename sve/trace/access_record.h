@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "tracesink.h"
 
 // The identity a record gives its thread: the low 32 bits of pthread_self().

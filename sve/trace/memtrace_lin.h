@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 #include "access_record.h"
 #include "roi.h"
 #include "tracesink.h"

@@ -3,6 +3,12 @@
 thread_local uint8_t enable_trace;
 thread_local sve_mem_ref_t trace_roi;
 
+void roi_check_marker(uint32_t word) {
+  const uint32_t without_register = word & ~0x1fu;
+  if (without_register == kRoiStartWord || without_register == kRoiStopWord)
+    roi_marker(without_register == kRoiStartWord);
+}
+
 void roi_marker(bool start) {
   // The stop marker's record goes out after the gate has closed: markers do
   // not pass through the gate.

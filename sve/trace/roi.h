@@ -20,3 +20,12 @@ extern thread_local sve_mem_ref_t trace_roi;
 // state before them: nothing counts nesting, and a stop with the gate closed
 // still sends its record.
 void roi_marker(bool start);
+
+// The marker words less their register field: ADD Zn.B, Zn.B, #1, LSL #8
+// starts, #2, LSL #8 stops. An add of 256 or 512 leaves bytes as they were.
+constexpr uint32_t kRoiStartWord = 0x2520e020, kRoiStopWord = 0x2520e040;
+
+// The one place that recognises the markers: carries out a marker word and
+// leaves any other alone. The decoder of the byte add-immediate asks it
+// before its handler runs the add.
+void roi_check_marker(uint32_t word);

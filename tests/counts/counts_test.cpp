@@ -1,5 +1,7 @@
-// Pattern counts, element-count steps, cntp and incp, reductions and the
-// last active lane, run from their instruction words.
+// Element-count steps, cntp and incp, reductions and the last active lane,
+// run from their instruction words, where the reference check rarely or never
+// goes: saturation at the edges, predicate bytes other than 0 and 1, empty
+// predicates and register 31. Pattern counts are the reference check's.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -9,8 +11,6 @@
 namespace {
 
 // Register fields are ORed in; the words below name register 0 and pattern 0.
-constexpr uint32_t kPtrue = 0x2518e000;   // ptrue p0.<T>, pattern; size at 23:22
-constexpr uint32_t kIncbX = 0x0430e000;   // incb x0, pattern; inch/w/d at 23:22
 constexpr uint32_t kDechZ = 0x0470c400;   // dech z0.h, pattern, mul #1
 constexpr uint32_t kUqdecbW = 0x0420fc00; // uqdecb w0, pattern, mul #1
 constexpr uint32_t kUqdecbX = 0x0430fc00; // uqdecb x0, pattern, mul #1
@@ -24,39 +24,6 @@ constexpr uint32_t kLastbB = 0x0521a440;  // lastb w0, p1, z2.b
 constexpr uint32_t kLastbD = 0x05e1a440;  // lastb x0, p1, z2.d
 
 uint32_t with_pattern(uint32_t word, unsigned pattern) { return word | pattern << 5; }
-uint32_t with_size(uint32_t word, unsigned size) { return (word & ~(3u << 22)) | size << 22; }
-uint32_t with_multiplier(uint32_t word, unsigned mul) { return word | (mul - 1) << 16; }
-
-// Elements a pattern names at a 48-byte vector, by pattern and element size.
-unsigned expected_count(unsigned pattern, unsigned size) {
-  static const unsigned fixed[14][4] = {{32, 16, 8, 4}, {1, 1, 1, 1},   {2, 2, 2, 2},  {3, 3, 3, 3},
-                                        {4, 4, 4, 4},   {5, 5, 5, 5},   {6, 6, 6, 6},  {7, 7, 7, 0},
-                                        {8, 8, 8, 0},   {16, 16, 0, 0}, {32, 0, 0, 0}, {0, 0, 0, 0},
-                                        {0, 0, 0, 0},   {0, 0, 0, 0}};
-  static const unsigned named_high[3][4] = {{48, 24, 12, 4}, {48, 24, 12, 6}, {48, 24, 12, 6}};
-  if (pattern < 14) return fixed[pattern][size];
-  if (pattern >= 29) return named_high[pattern - 29][size];
-  return 0;
-}
-
-TEST(Counts, PtrueAndIncrementsFollowThePatternTable) {
-  for (unsigned size = 0; size < 4; ++size) {
-    const unsigned bytes = 1u << size;
-    for (unsigned pattern = 0; pattern < 32; ++pattern) {
-      cpu_state s;
-      std::memset(&s, 0xee, sizeof s);
-      ASSERT_EQ(run_word(&s, with_pattern(with_size(kPtrue, size), pattern)), AARCH64_DECODE_OK);
-      const unsigned n = expected_count(pattern, size);
-      for (unsigned i = 0; i < 48 / bytes; ++i)
-        ASSERT_EQ(elem(s.p[0], bytes, i), i < n ? 1u : 0u)
-            << "size " << size << " pattern " << pattern << " element " << i;
-      s.regs[0] = 1000;
-      ASSERT_EQ(run_word(&s, with_multiplier(with_pattern(with_size(kIncbX, size), pattern), 16)),
-                AARCH64_DECODE_OK);
-      EXPECT_EQ(s.regs[0], 1000 + 16 * n) << "size " << size << " pattern " << pattern;
-    }
-  }
-}
 
 TEST(Counts, VectorDecrementWrapsAndUqdecbSaturates) {
   cpu_state s{};

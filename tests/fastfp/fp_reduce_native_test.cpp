@@ -6,8 +6,9 @@
 #include <cstring>
 #include <random>
 
-#include "decode/fpsr_exchange.h"
-#include "handlers/fp_arith.h"
+#include "decode/handler_declarations.h"
+#include "decode/host_fpsr.h"
+#include "handlers/fp_reduce_unrouted.h"
 
 namespace {
 

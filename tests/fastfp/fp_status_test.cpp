@@ -6,7 +6,8 @@
 
 #include <cstring>
 
-#include "handlers/fp_arith.h"
+#include "decode/handler_declarations.h"
+#include "handlers/fp_reduce_unrouted.h"
 #include "test_state.h"
 
 namespace {

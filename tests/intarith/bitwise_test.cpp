@@ -4,8 +4,8 @@
 
 #include <cstring>
 
+#include "decode/handler_declarations.h"
 #include "element_cases.h"
-#include "handlers/bitwise.h"
 
 namespace {
 

@@ -12,10 +12,7 @@
 #include "draw.h"
 #include "native_run.h"
 
-#if __has_include("decode/describe.h")
-#include "decode/describe.h"
-#define ZORVO_HAVE_DESCRIBE 1
-#endif
+#include "forms/describe.h"
 
 namespace {
 
@@ -29,9 +26,9 @@ uint64_t host_fpcr() {
 void set_host_fpcr(uint64_t v) { asm volatile("msr fpcr, %0" ::"r"(v)); }
 
 // The word through the decode cascade and its decoder, on a record holding
-// the state, with the host FPCR as the application's would be. What a stub
-// prints is dropped; the line naming the case reaches stderr only if the
-// emulator ends the process on the way.
+// the state, with the host FPCR as the application's would be. The line
+// naming the case is buffered and dropped after the run: it reaches stderr
+// only if the emulator ends the process on the way.
 aarch64_decode_rc run_emulated(const char* name, uint32_t word, const machine_state& in,
                                uint64_t pc, cpu_state* s) {
   std::memset(s, 0, sizeof *s);
@@ -54,14 +51,9 @@ uint64_t name_hash(const char* s) {
 }
 
 std::string describe(uint32_t word) {
-#ifdef ZORVO_HAVE_DESCRIBE
   char buf[160];
   describe_operands(word, buf, sizeof buf);
   return buf;
-#else
-  (void)word;
-  return "";
-#endif
 }
 
 // The Z and P registers that a description names ("z7.b", "p4/m").

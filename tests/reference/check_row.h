@@ -26,7 +26,7 @@ struct check_options {
 };
 
 // Must run once before the first row: it takes over stderr's buffering so
-// that what a stub handler prints can be dropped.
+// that the line naming each case can be dropped once the case has run.
 void check_init();
 
 row_outcome check_row(const row_profile& p, const check_options& o);

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "decode/cpu_state.h"
 #include "machine.h"
+#include "state/cpu_state.h"
 
 struct compare_rules {
   unsigned elem_bytes; // how vector registers are shown: 1, 2, 4 or 8

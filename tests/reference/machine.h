@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "decode/cpu_state.h"
+#include "state/cpu_state.h"
 
 constexpr unsigned kPredicateBytes = 48 / 8; // one bit per vector byte
 

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "decode/sve_utils.h"
+#include "forms/forms_table.h"
 
 enum class addressing : uint8_t {
   none,          // not a memory form

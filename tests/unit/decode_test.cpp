@@ -1,92 +1,27 @@
-// The decode table and the cascade: counts, disjointness, key formation and
-// lookups of words assembled by GNU as.
+// The decode table and the cascade: what no single row's reference check can
+// see: the order of the maps, rows that overlap, key formation, and words
+// that must find nothing.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <random>
-#include <set>
-#include <string>
 #include <vector>
 
-#include "decode/sve_utils.h"
-#include "memory/sve_fault.h"
+#include "forms/forms_table.h"
 
 namespace {
 
-struct expected_map {
-  const char* name;
-  int rows;
-};
-
-// Rows per map, in the order the cascade consults them.
-const expected_map kExpected[kDecodeMapCount] = {
-    {"decode_map__31_0", 1},
-    {"decode_map__31_9__4_0", 1},
-    {"decode_map__31_4", 2},
-    {"decode_map__31_14__9_9__4_0", 1},
-    {"decode_map__31_9__4_4", 13},
-    {"decode_map__31_10__4_4", 8},
-    {"decode_map__31_9", 58},
-    {"decode_map__31_13__9_6", 24},
-    {"decode_map__31_21__15_10__4_0", 4},
-    {"decode_map__31_10", 38},
-    {"decode_map__31_13__9_8", 4},
-    {"decode_map__31_11", 1},
-    {"decode_map__31_24__21_10", 1},
-    {"decode_map__31_20__15_9__4_4", 24},
-    {"decode_map__31_14__9_9__4_4", 8},
-    {"decode_map__31_13__4_4", 18},
-    {"decode_map__31_13__9_9", 4},
-    {"decode_map__31_14__9_9", 4},
-    {"decode_map__31_19__15_10", 6},
-    {"decode_map__31_24__21_21__19_10", 1},
-    {"decode_map__31_13", 403},
-    {"decode_map__31_17__15_13", 3},
-    {"decode_map__31_14", 32},
-    {"decode_map__31_23__21_13", 4},
-    {"decode_map__31_20__15_10", 65},
-    {"decode_map__31_24__21_21__18_10", 1},
-    {"decode_map__31_21__15_10__4_4", 32},
-    {"decode_map__31_24__21_21__17_10", 1},
-    {"decode_map__31_21__15_10", 135},
-    {"decode_map__31_21__15_11", 2},
-    {"decode_map__31_20__15_14__9_9__4_4", 19},
-    {"decode_map__31_24__21_21__16_10", 1},
-    {"decode_map__31_23__21_21__15_10", 6},
-    {"decode_map__31_21__15_13__4_4", 131},
-    {"decode_map__31_21__15_12", 2},
-    {"decode_map__31_20__15_13", 81},
-    {"decode_map__31_21__15_13", 285},
-    {"decode_map__31_20__15_14", 8},
-    {"decode_map__31_18", 4},
-    {"decode_map__31_22__15_13__4_4", 6},
-    {"decode_map__31_21__15_14", 4},
-    {"decode_map__31_21__13_13__4_4", 16},
-    {"decode_map__31_22__15_13", 18},
-    {"decode_map__31_21__15_15", 3},
-};
-
-TEST(DecodeTable, MapsHoldTheirRowsInCascadeOrder) {
+TEST(DecodeTable, MapsAreConsultedMostSpecificFirstAndNoneIsEmpty) {
   int count = 0;
   const decode_row* rows = decode_rows(&count);
-  ASSERT_EQ(count, 1483);
   int per_map[kDecodeMapCount] = {};
-  int kinds[3] = {};
-  for (int i = 0; i < count; ++i) {
-    ++per_map[rows[i].map];
-    ++kinds[rows[i].kind];
-  }
+  for (int i = 0; i < count; ++i) ++per_map[rows[i].map];
   int previous_bits = 33;
   for (int m = 0; m < kDecodeMapCount; ++m) {
-    EXPECT_STREQ(decode_maps()[m].name, kExpected[m].name);
-    EXPECT_EQ(per_map[m], kExpected[m].rows) << kExpected[m].name;
+    EXPECT_GT(per_map[m], 0) << decode_maps()[m].name;
     // Most specific first, so a lookup of an unknown word ends in the small maps.
-    EXPECT_LE(decode_maps()[m].layout.bits, previous_bits) << kExpected[m].name;
+    EXPECT_LE(decode_maps()[m].layout.bits, previous_bits) << decode_maps()[m].name;
     previous_bits = decode_maps()[m].layout.bits;
   }
-  EXPECT_EQ(kinds[DECODER_THIN], 803);
-  EXPECT_EQ(kinds[DECODER_BRIDGE], 644);
-  EXPECT_EQ(kinds[DECODER_EMPTY], 36);
 }
 
 TEST(DecodeTable, EveryRowLiesInTheSveSpaceAndNoWordMatchesTwoRows) {
@@ -105,13 +40,6 @@ TEST(DecodeTable, EveryRowLiesInTheSveSpaceAndNoWordMatchesTwoRows) {
     for (int j = i + 1; j < count; ++j)
       EXPECT_NE((value[i] ^ value[j]) & mask[i] & mask[j], 0u)
           << rows[i].name << " and " << rows[j].name << " overlap";
-}
-
-TEST(DecodeTable, DecoderNamesAreUnique) {
-  int count = 0;
-  const decode_row* rows = decode_rows(&count);
-  std::set<std::string> names;
-  for (int i = 0; i < count; ++i) EXPECT_TRUE(names.insert(rows[i].name).second) << rows[i].name;
 }
 
 TEST(KeyFormation, ConcatenatesRangesHighFirst) {
@@ -147,20 +75,6 @@ const char* name_of(uint32_t word) {
   return row ? row->name : "none";
 }
 
-TEST(Cascade, FindsWordsAssembledByGnuAs) {
-  EXPECT_STREQ(name_of(0x2550c440), "VecPTestPZ");       // ptest p1, p2.b
-  EXPECT_STREQ(name_of(0x0523c440), "VecU8SelVV");       // sel z0.b, p1, z2.b, z3.b
-  EXPECT_STREQ(name_of(0x64822020), "VecF32FCMLAVVVM");  // fcmla z0.s, p0/m, z1.s, z2.s, #90
-  EXPECT_STREQ(name_of(0x84408000), "VecU8LoadDup1SIZ"); // ld1rb {z0.b}, p0/z, [x0]
-  EXPECT_STREQ(name_of(0x2420c450), "VecU8CmpFlgGTVIZ"); // cmphi p0.b, p1/z, z2.b, #3
-  EXPECT_STREQ(name_of(0x05304041), "VecPUnpackLoP");    // punpklo p1.h, p2.b
-  EXPECT_STREQ(name_of(0x04400d41), "VecU16AddVVM");     // add z1.h, p3/m, z1.h, z10.h
-  EXPECT_STREQ(name_of(0x2560e243), "VecU16AddVIX");     // add z3.h, z3.h, #0x12, lsl #8
-  EXPECT_STREQ(name_of(0x04e704c5), "VecU64SubVVX");     // sub z5.d, z6.d, z7.d
-  EXPECT_STREQ(name_of(0xa541a020), "VecU32CLoad4SIZ");  // ld1w {z0.s}, p0/z, [x1, #1, mul vl]
-  EXPECT_STREQ(name_of(0x25a21c20), "VecU32While8LTSS"); // whilelo p0.s, x1, x2
-}
-
 TEST(Cascade, WholeWordAndPartialKeys) {
   EXPECT_STREQ(name_of(0x252c9000), "VecPClearFFSR");
   EXPECT_EQ(get_sve_handler(0x252c9001), nullptr);
@@ -190,12 +104,6 @@ TEST(Cascade, WordsOutsideTheSveSpaceFindNothing) {
   }
   EXPECT_EQ(get_sve_handler(0xd503201f), nullptr); // nop
   EXPECT_EQ(get_sve_handler(0x8b020020), nullptr); // add x0, x1, x2
-}
-
-TEST(LoadTime, PageSizeAndFaultSetupAreDone) {
-  EXPECT_EQ(page_size, static_cast<uint32_t>(sysconf(_SC_PAGESIZE)));
-  EXPECT_EQ(SVELibInitialized, 1u);
-  EXPECT_EQ(SVEInitialize(), 1);
 }
 
 } // namespace

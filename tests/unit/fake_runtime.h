@@ -1,7 +1,7 @@
 // A stand-in for the runtime's per-thread services, for tests of the entry.
 #pragma once
 
-#include "decode/cpu_state.h"
+#include "state/cpu_state.h"
 #include "dr_api.h"
 
 struct fake_thread {

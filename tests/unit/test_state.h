@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <random>
 
-#include "decode/cpu_state.h"
+#include "state/cpu_state.h"
 
 // A state full of random bits; predicate bytes hold random bytes too, so
 // that readers which look at more than bit 0 are caught.

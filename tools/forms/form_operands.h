@@ -1,13 +1,12 @@
 // What a thin or bridge decoder can say about itself, for tools and tests:
-// the running emulator never reads this. A bridge decoder whose generic
-// function is not written yet has no describe and no notation.
+// the running emulator never reads this.
 #pragma once
 
 #include <cstdint>
 
 struct line_writer;
 
-struct thin_operands {
+struct form_operands {
   // The arguments the decoder passes to its handler for a word.
   void (*describe)(line_writer& out, uint32_t word);
   // The field layout of those arguments, as "Z(4:0, rw), P(12:10, /m), Z(9:5)".

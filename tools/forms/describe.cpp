@@ -1,7 +1,7 @@
 #include "describe.h"
 
-#include "line_writer.h"
-#include "sve_utils.h"
+#include "decode/line_writer.h"
+#include "forms_table.h"
 
 size_t describe_operands(uint32_t word, char* buf, size_t size) {
   line_writer out(buf, size);

@@ -1,5 +1,5 @@
 // Printable operand names, indexed by register number.
-#include "cpu_state.h"
+#include "state/cpu_state.h"
 
 #define NAMES16(p, s)                                                                              \
   p "0" s, p "1" s, p "2" s, p "3" s, p "4" s, p "5" s, p "6" s, p "7" s, p "8" s, p "9" s,        \

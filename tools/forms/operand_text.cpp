@@ -1,4 +1,4 @@
-#include "operands.h"
+#include "decode/operands.h"
 
 #include <cinttypes>
 

@@ -1,4 +1,4 @@
-#include "line_writer.h"
+#include "decode/line_writer.h"
 
 #include <cstdarg>
 #include <cstdio>

@@ -1,0 +1,10 @@
+// The fast handlers, declared from their rows in forms.inc: a handler's type
+// follows from its decoder's shape (the cpu_state, then one argument per
+// operand kind). A handler that several rows name is declared once per row,
+// always alike; a definition whose arguments differ does not link.
+#pragma once
+
+#include "shapes.h"
+
+#define THIN(family, map, key, name, shape, elem, handler) shapes::shape::handler_type handler;
+#include "forms.inc"
