@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
-"""Writes sve/client/mix_mnemonics.inc: the assembler mnemonic of each decode
-row, for the instruction mix that `zorvo --mix` prints.
+"""Writes the assembler mnemonic of each instruction form into its row of
+sve/decode/forms.inc (the row's last field), for the instruction mix that
+`zorvo --mix` prints and for the tools.
 
-For every row of sve/decode/decode_rows.inc it builds words that the decode
+For every row of sve/decode/forms.inc it builds words that the decode
 cascade (maps in the order of sve/decode/decode_maps.inc, first match wins)
 sends to that row, disassembles them with aarch64-linux-gnu-objdump, and
 keeps the mnemonic the disassembler names most often (random operands
-rarely make an alias such as `mov` for `orr` with equal sources). Run it again when rows
-change: python3 scripts/gen_mix_mnemonics.py
+rarely make an alias such as `mov` for `orr` with equal sources). Run it again
+when rows change: python3 scripts/gen_mix_mnemonics.py
 """
 import os
 import random
@@ -18,6 +19,16 @@ import tempfile
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 OBJDUMP = "aarch64-linux-gnu-objdump"
+FORMS = os.path.join(ROOT, "sve/decode/forms.inc")
+# THIN(family, map, key, name, ...), BRIDGE(family, map, key, name, ...),
+# EMPTY(map, key, name, ...): the fields up to the name, and the rest.
+ROW = re.compile(r"^(?P<head>(?:THIN|THIN_FP|BRIDGE)\(\w+, |EMPTY\()(?P<map>\w+), "
+                 r"(?P<key>0x[0-9a-f]+), (?P<name>\w+)(?P<rest>[^)\n]*)\)", re.M)
+
+
+# Fields after the decoder name, before the mnemonic: ", shape, elem, handler"
+# splits into an empty first field and three more.
+FIELDS_AFTER_NAME = {"THIN": 4, "THIN_FP": 4, "BRIDGE": 3, "EMPTY": 1}
 
 
 def layout(name):
@@ -50,9 +61,9 @@ def read_rows():
     with open(os.path.join(ROOT, "sve/decode/decode_maps.inc")) as f:
         maps = re.findall(r"X\((\w+)\)", f.read())
     rows = []
-    with open(os.path.join(ROOT, "sve/decode/decode_rows.inc")) as f:
-        for m in re.finditer(r"^(?:THIN|BRIDGE|EMPTY)\((\w+), (0x[0-9a-f]+), (\w+)", f.read(), re.M):
-            rows.append((m.group(1), int(m.group(2), 16), m.group(3)))
+    with open(FORMS) as f:
+        for m in ROW.finditer(f.read()):
+            rows.append((m.group("map"), int(m.group("key"), 16), m.group("name")))
     return maps, rows
 
 
@@ -101,14 +112,19 @@ def main():
     missing = [n for _, _, n in rows if n not in found]
     if missing:
         sys.exit("gen_mix_mnemonics: no mnemonic for " + ", ".join(missing))
-    out = os.path.join(ROOT, "sve/client/mix_mnemonics.inc")
-    with open(out, "w") as f:
-        f.write("// The assembler mnemonic of each decode row, by decoder name. Written by\n"
-                "// scripts/gen_mix_mnemonics.py from the decode rows and the disassembler.\n")
-        for _, _, n in rows:
-            f.write('MNEMONIC(%s, "%s")\n' % (n, found[n]))
-    print("gen_mix_mnemonics: %d rows, wrote %s" % (len(rows), out))
+    with open(FORMS) as f:
+        text = f.read()
 
+    def with_mnemonic(m):
+        fields = m.group("rest").split(", ")
+        if len(fields) == FIELDS_AFTER_NAME[m.group("head").split("(")[0]] + 1:
+            fields = fields[:-1]  # the mnemonic written before
+        return "%s%s, 0x%s, %s%s, %s)" % (m.group("head"), m.group("map"), m.group("key")[2:],
+                                        m.group("name"), ", ".join(fields), found[m.group("name")])
+
+    with open(FORMS, "w") as f:
+        f.write(ROW.sub(with_mnemonic, text))
+    print("gen_mix_mnemonics: %d rows, wrote their mnemonics into %s" % (len(rows), FORMS))
 
 if __name__ == "__main__":
     main()

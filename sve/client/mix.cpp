@@ -8,15 +8,15 @@
 #include <unordered_map>
 #include <vector>
 
-#include "../decode/sve_utils.h"
 #include "elf_symbols.h"
+#include "forms/forms_table.h"
 #include "mix_table.h"
 
 namespace {
 
 struct counted_site {
   uint64_t pc;
-  const char* form; // the decode row's decoder name
+  const decode_row* form; // null for a word no row knows
 };
 
 // One thread's sites, in the order of their counters after its cpu_state.
@@ -30,7 +30,7 @@ struct mix_state {
   std::string out_path;
   std::mutex lock; // block builds, thread starts and ends, and the exit
   std::unordered_map<cpu_state*, thread_sites> live;
-  std::map<std::pair<uint64_t, const char*>, uint64_t> folded; // (pc, form) -> count
+  std::map<std::pair<uint64_t, const decode_row*>, uint64_t> folded; // (pc, form) -> count
   unsigned threads = 0;
   uint64_t uncounted_sites = 0;
 };
@@ -58,18 +58,20 @@ mix_summary summarise() {
   s.threads = mix().threads;
   s.uncounted_sites = mix().uncounted_sites;
   s.counters_per_thread = kMixCounters;
-  std::map<const char*, uint64_t> by_form;
+  std::map<const decode_row*, uint64_t> by_form;
   std::map<uint64_t, mix_address> by_pc;
   for (const auto& f : mix().folded) {
+    const decode_row* row = f.first.second;
     s.total += f.second;
-    by_form[f.first.second] += f.second;
+    by_form[row] += f.second;
     mix_address& a = by_pc[f.first.first];
     a.pc = f.first.first;
-    a.form = f.first.second;
-    a.mnemonic = row_mnemonic(f.first.second);
+    a.form = row ? row->name : "?";
+    a.mnemonic = row ? row->mnemonic : "?";
     a.count += f.second;
   }
-  for (const auto& f : by_form) s.forms.push_back({row_mnemonic(f.first), f.first, f.second});
+  for (const auto& f : by_form)
+    s.forms.push_back({f.first ? f.first->mnemonic : "?", f.first ? f.first->name : "?", f.second});
   std::stable_sort(s.forms.begin(), s.forms.end(),
                    [](const mix_form& a, const mix_form& b) { return a.count > b.count; });
   for (const auto& a : by_pc) s.top.push_back(a.second);
@@ -149,7 +151,7 @@ void mix_insert_count(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, uint
     } else if (sites.sites.size() < kMixCounters) {
       const decode_row* row = find_decode_row(word);
       slot = static_cast<uint32_t>(sites.sites.size());
-      sites.sites.push_back({key, row ? row->name : "?"});
+      sites.sites.push_back({key, row});
       sites.slot_of_pc.emplace(key, slot);
     } else {
       ++mix().uncounted_sites;

@@ -15,7 +15,7 @@
 
 #include "dr_api.h"
 
-#include "../decode/cpu_state.h"
+#include "../state/cpu_state.h"
 
 // Takes --mix and --mix-out FILE out of the client's arguments, in place;
 // returns the new count, or -1 with *error set.

@@ -91,13 +91,3 @@ std::string mix_json(const mix_summary& mix) {
   }
   return out + "]}\n";
 }
-
-const char* row_mnemonic(const char* decoder_name) {
-  static const std::unordered_map<std::string, const char*> table = {
-#define MNEMONIC(name, mnemonic) {#name, mnemonic},
-#include "mix_mnemonics.inc"
-#undef MNEMONIC
-  };
-  const auto it = table.find(decoder_name);
-  return it == table.end() ? "?" : it->second;
-}

@@ -30,6 +30,3 @@ struct mix_summary {
 std::string mix_text(const mix_summary& mix);
 std::string mix_csv(const mix_summary& mix);
 std::string mix_json(const mix_summary& mix);
-
-// The mnemonic of a decode row, by its decoder's name; "?" when unknown.
-const char* row_mnemonic(const char* decoder_name);

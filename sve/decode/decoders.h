@@ -7,8 +7,8 @@
 #include "../state/cpu_state.h"
 
 #define DECLARE_DECODER(name) aarch64_decode_rc name(cpu_state*, uint32_t);
-#define THIN(family, map, key, name, shape, elem, handler) DECLARE_DECODER(name)
-#define BRIDGE(family, map, key, name, shape, elem) DECLARE_DECODER(name)
+#define THIN(family, map, key, name, shape, elem, handler, mnemonic) DECLARE_DECODER(name)
+#define BRIDGE(family, map, key, name, shape, elem, mnemonic) DECLARE_DECODER(name)
 #include "forms.inc"
 #undef DECLARE_DECODER
 

@@ -98,10 +98,10 @@
 #define DECODERS_store(...)
 #endif
 
-#define THIN(family, map, key, name, shape, elem, handler)                                         \
+#define THIN(family, map, key, name, shape, elem, handler, mnemonic)                               \
   DECODERS_##family(THIN_DECODER(name, shape, elem, handler, false))
-#define THIN_FP(family, map, key, name, shape, elem, handler)                                      \
+#define THIN_FP(family, map, key, name, shape, elem, handler, mnemonic)                            \
   DECODERS_##family(THIN_DECODER(name, shape, elem, handler, true))
-#define BRIDGE(family, map, key, name, shape, elem)                                                \
+#define BRIDGE(family, map, key, name, shape, elem, mnemonic)                                      \
   DECODERS_##family(BRIDGE_DECODER(name, shape, elem))
 #include "forms.inc"

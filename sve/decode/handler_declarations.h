@@ -6,5 +6,6 @@
 
 #include "shapes.h"
 
-#define THIN(family, map, key, name, shape, elem, handler) shapes::shape::handler_type handler;
+#define THIN(family, map, key, name, shape, elem, handler, mnemonic)                               \
+  shapes::shape::handler_type handler;
 #include "forms.inc"

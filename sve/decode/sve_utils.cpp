@@ -20,9 +20,9 @@ struct form {
 };
 
 const form kForms[] = {
-#define THIN(family, map, key, name, shape, elem, handler) {MAP_##map, key, name},
-#define BRIDGE(family, map, key, name, shape, elem) {MAP_##map, key, name},
-#define EMPTY(map, key, name) {MAP_##map, key, sve_prefetch_nop},
+#define THIN(family, map, key, name, shape, elem, handler, mnemonic) {MAP_##map, key, name},
+#define BRIDGE(family, map, key, name, shape, elem, mnemonic) {MAP_##map, key, name},
+#define EMPTY(map, key, name, mnemonic) {MAP_##map, key, sve_prefetch_nop},
 #include "forms.inc"
 };
 static_assert(sizeof(kForms) / sizeof(kForms[0]) == kFormCount);

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <unistd.h>
 
-#include "decode/sve_utils.h"
 #include "elf_symbols.h"
+#include "forms/forms_table.h"
 #include "mix_table.h"
 
 extern "C" __attribute__((noinline)) int mix_probe_function(int x) { return x * 3 + 1; }
@@ -16,14 +16,14 @@ namespace {
 
 int probe_data = 5;
 
+// The disassembler named every row when the mnemonics were written; a row
+// added since without running the script again is caught here.
 TEST(MixMnemonics, EveryDecodeRowHasOne) {
   int count = 0;
   const decode_row* rows = decode_rows(&count);
-  for (int i = 0; i < count; ++i) EXPECT_STRNE(row_mnemonic(rows[i].name), "?") << rows[i].name;
-  EXPECT_STREQ(row_mnemonic("VecU32CLoad4LSSZ"), "ld1w");
-  EXPECT_STREQ(row_mnemonic("VecU64OrVVX"), "orr");
-  EXPECT_STREQ(row_mnemonic("VecPClearFFSR"), "setffr");
-  EXPECT_STREQ(row_mnemonic("NoSuchDecoder"), "?");
+  for (int i = 0; i < count; ++i) EXPECT_GT(std::strlen(rows[i].mnemonic), 1u) << rows[i].name;
+  EXPECT_STREQ(find_decode_row(0xa540a000)->mnemonic, "ld1w"); // ld1w {z0.s}, p0/z, [x0]
+  EXPECT_STREQ(find_decode_row(0x04e03000)->mnemonic, "bic");  // bic z0.d, z0.d, z0.d
 }
 
 mix_summary sample() {

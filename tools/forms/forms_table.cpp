@@ -12,22 +12,19 @@ template <typename Shape, uint32_t E, bool ExchangesFpsr>
 const form_operands operands_of = {&Shape::template describe<E>, &Shape::notation, E,
                                    ExchangesFpsr};
 
-#define THIN_ROW(map, key, name, shape, elem, handler, fpsr)                                       \
-  {MAP_##map, key, name, #name, #handler, DECODER_THIN, &operands_of<shapes::shape, elem, fpsr>},
+#define THIN_ROW(map, key, name, shape, elem, handler, mnemonic, fpsr)                             \
+  {MAP_##map, key,       name,         #name,                                                      \
+   #handler,  #mnemonic, DECODER_THIN, &operands_of<shapes::shape, elem, fpsr>},
 const decode_row kRows[] = {
-#define THIN(family, map, key, name, shape, elem, handler)                                         \
-  THIN_ROW(map, key, name, shape, elem, handler, false)
-#define THIN_FP(family, map, key, name, shape, elem, handler)                                      \
-  THIN_ROW(map, key, name, shape, elem, handler, true)
-#define BRIDGE(family, map, key, name, shape, elem)                                                \
-  {MAP_##map,                                                                                      \
-   key,                                                                                            \
-   name,                                                                                           \
-   #name,                                                                                          \
-   "",                                                                                             \
-   DECODER_BRIDGE,                                                                                 \
-   &operands_of<bridge_shapes::shape, elem, false>},
-#define EMPTY(map, key, name) {MAP_##map, key, sve_prefetch_nop, #name, "", DECODER_EMPTY, nullptr},
+#define THIN(family, map, key, name, shape, elem, handler, mnemonic)                               \
+  THIN_ROW(map, key, name, shape, elem, handler, mnemonic, false)
+#define THIN_FP(family, map, key, name, shape, elem, handler, mnemonic)                            \
+  THIN_ROW(map, key, name, shape, elem, handler, mnemonic, true)
+#define BRIDGE(family, map, key, name, shape, elem, mnemonic)                                      \
+  {MAP_##map, key,       name,           #name,                                                    \
+   "",        #mnemonic, DECODER_BRIDGE, &operands_of<bridge_shapes::shape, elem, false>},
+#define EMPTY(map, key, name, mnemonic)                                                            \
+  {MAP_##map, key, sve_prefetch_nop, #name, "", #mnemonic, DECODER_EMPTY, nullptr},
 #include "decode/forms.inc"
 };
 static_assert(sizeof(kRows) / sizeof(kRows[0]) == kFormCount);

@@ -15,8 +15,9 @@ struct decode_row {
   uint8_t map; // index into decode_maps(), in cascade order
   int32_t key;
   sve_decoder decoder;
-  const char* name;    // "VecU16AddVVM"
-  const char* handler; // fast handler of a thin decoder, else ""
+  const char* name;     // "VecU16AddVVM"
+  const char* handler;  // fast handler of a thin decoder, else ""
+  const char* mnemonic; // the assembler's name: "ld1w"
   decoder_kind kind;
   const form_operands* operands; // thin and bridge decoders, else null
 };
