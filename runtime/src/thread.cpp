@@ -1,6 +1,5 @@
 #include "thread.h"
 
-#include <pthread.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -17,13 +16,6 @@ constexpr size_t kRuntimeStackSize = 512 * 1024;
 constexpr size_t kGuardSize = 4096;
 
 __thread rt_thread* current __attribute__((tls_model("initial-exec")));
-
-pthread_key_t exit_key;
-
-void on_thread_exit(void* value) {
-  auto* t = static_cast<rt_thread*>(value);
-  if (t != nullptr && t == current) detach_thread(t);
-}
 
 size_t thread_record_size() { return (sizeof(rt_thread) + 4095) & ~size_t(4095); }
 
@@ -49,14 +41,12 @@ rt_thread* attach_thread() {
   t->block.stack_top = reinterpret_cast<reg_t>(t->stack + t->stack_size);
   t->tid = static_cast<pid_t>(syscall(SYS_gettid));
   current = t;
-  pthread_setspecific(exit_key, t);
   run_thread_init_events(t);
   return t;
 }
 
 void detach_thread(rt_thread* t) {
   run_thread_exit_events(t);
-  pthread_setspecific(exit_key, nullptr);
   if (current == t) current = nullptr;
   counters.fragment_entries += t->block.branch_entries;
   release_site_entries(t);
@@ -66,5 +56,3 @@ void detach_thread(rt_thread* t) {
   unmap_pages(t->stack, t->stack_size);
   unmap_pages(t, thread_record_size());
 }
-
-void thread_exit_hook_init() { pthread_key_create(&exit_key, on_thread_exit); }

@@ -73,5 +73,3 @@ ptrdiff_t current_thread_tls_offset();
 rt_thread* attach_thread();
 // Runs the thread-exit events and frees everything the thread had.
 void detach_thread(rt_thread* t);
-// Registers the thread-exit hook that ends threads made by pthread_create.
-void thread_exit_hook_init();

@@ -46,7 +46,9 @@ expect 1 "SVE emulation client usage error: Unknown option: -x" \
 expect 42 "argv[0] = '$program'" "$zorvo" --client-option -- --client-option -x -- "$program"
 expect 42 "zorvo: 0 blocks built, 0 fragments, 0 signals taken, 0 fragment entries" \
   "$zorvo" --stats -- "$program"
-expect 42 "env ZORVO_TRACE_DIR=$work" "$zorvo" --trace-dir "$work" -- "$program"
+# The trace directory reaches the trace sink, not the program's environment.
+expect 1 "trace directory $work/none is not a writable directory" \
+  "$zorvo" --trace-dir "$work/none" -- "$program"
 expect 42 "SVE client initializing" "$zorvo" --loglevel 1 -- "$program"
 expect 42 "SVE client exiting" "$zorvo" --loglevel 1 -- "$program"
 if [ "$(uname -m)" != aarch64 ]; then
