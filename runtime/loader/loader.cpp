@@ -108,6 +108,13 @@ struct loaded {
 
 uint64_t round_up(uint64_t v, uint64_t page) { return (v + page - 1) & ~(page - 1); }
 
+// Zeroes [from, to), which ends on a page boundary: the rest of the page
+// after a segment's file contents, as the kernel clears it.
+void clear(uint64_t from, uint64_t to) {
+  for (; from % 8 != 0; ++from) *reinterpret_cast<unsigned char*>(from) = 0;
+  for (; from < to; from += 8) *reinterpret_cast<uint64_t*>(from) = 0;
+}
+
 long protection(uint32_t flags) {
   return ((flags & 4) ? sys::kProtRead : 0) | ((flags & 2) ? sys::kProtWrite : 0) |
          ((flags & 1) ? sys::kProtExec : 0);
@@ -141,8 +148,7 @@ void map_segments(const char* name, long fd, uint64_t page, loaded* image) {
                                sys::kMapPrivate | sys::kMapFixed, fd, seg.offset & ~(page - 1));
       if (sys::failed(r)) fail(name, "cannot map a load segment");
       if (has_bss) {
-        auto* tail = reinterpret_cast<unsigned char*>(image->bias + file_end);
-        for (uint64_t k = file_end; k < round_up(file_end, page); ++k) *tail++ = 0;
+        clear(image->bias + file_end, image->bias + round_up(file_end, page));
         sys::call(sys::kMprotect, image->bias + start, round_up(file_end, page) - start, prot);
       }
     }
