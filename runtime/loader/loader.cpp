@@ -8,7 +8,10 @@
 // any of the program's code runs (see the runtime's start).
 //
 // usage (private to the `zorvo` launcher):
-//   zorvo-loader CLIENT PRELOAD SETTINGS ARGV0 APP [ARGS...]
+//   zorvo-loader [--user-preload VALUE] CLIENT PRELOAD SETTINGS ARGV0 APP [ARGS...]
+// --user-preload: the environment's LD_PRELOAD is an empty stand-in (qemu's
+// own dynamic loader must not see the user's), and VALUE is what the
+// program gets there.
 #include <cstddef>
 #include <cstdint>
 
@@ -199,7 +202,7 @@ struct aux_entry {
 } // namespace
 
 extern "C" [[noreturn]] void loader_main(uint64_t* initial_sp) {
-  const long argc = static_cast<long>(initial_sp[0]);
+  long argc = static_cast<long>(initial_sp[0]);
   char** argv = reinterpret_cast<char**>(initial_sp + 1);
   char** envp = argv + argc + 1;
   long envc = 0;
@@ -211,7 +214,15 @@ extern "C" [[noreturn]] void loader_main(uint64_t* initial_sp) {
     if (aux[auxc].type == AT_PAGESZ) page = aux[auxc].value;
     ++auxc;
   }
-  if (argc < 6) fail(app_name, "usage: zorvo-loader CLIENT PRELOAD SETTINGS ARGV0 APP [ARGS...]");
+  const char* stand_in_value = nullptr;
+  if (argc > 2 && starts_with(argv[1], "--user-preload") && argv[1][14] == 0) {
+    stand_in_value = argv[2];
+    argv += 2;
+    argc -= 2;
+  }
+  if (argc < 6)
+    fail(app_name, "usage: zorvo-loader [--user-preload VALUE] CLIENT PRELOAD SETTINGS ARGV0 APP "
+                   "[ARGS...]");
   const char* client = argv[1];
   const char* preload = argv[2];
   const char* settings = argv[3];
@@ -226,9 +237,14 @@ extern "C" [[noreturn]] void loader_main(uint64_t* initial_sp) {
   if (interp.plan.interp_size != 0) fail(interp_path, "the interpreter has an interpreter");
 
   // The user's LD_PRELOAD (the last one counts) follows the interposer.
-  const char* user_preload = nullptr;
+  long user_preload_at = -1;
   for (long i = 0; i < envc; ++i)
-    if (starts_with(envp[i], "LD_PRELOAD=")) user_preload = envp[i] + 11;
+    if (starts_with(envp[i], "LD_PRELOAD=")) user_preload_at = i;
+  const char* user_preload = user_preload_at >= 0 ? envp[user_preload_at] + 11 : nullptr;
+  if (stand_in_value && user_preload_at >= 0) {
+    envp[user_preload_at] = join("LD_PRELOAD=", stand_in_value);
+    user_preload = stand_in_value;
+  }
   char* added[kAddedVariables] = {
       join("LD_AUDIT=", client),
       join("LD_PRELOAD=", preload, user_preload && *user_preload ? ":" : "",

@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# An exec chain under zorvo prints what its programs print on the reference
+# one by one (the reference processor cannot follow an exec into another
+# AArch64 program), and ends with the last program's status.
+# usage: check_exec_chain.sh FIRST SECOND
+# environment: ZORVO (the launcher), REFERENCE (the reference command)
+set -uo pipefail
+first=$1 second=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+read -r -a reference <<<"$REFERENCE"
+
+{
+  "${reference[@]}" "$first"
+  "${reference[@]}" "$second" echo "chain done"
+} >"$work/ref.out" 2>"$work/ref.err"
+ref_status=$?
+"$ZORVO" --trace-dir "$work" -- "$first" "$second" echo "chain done" >"$work/zorvo.out" 2>"$work/zorvo.err"
+zorvo_status=$?
+
+failed=0
+if ! cmp -s "$work/ref.out" "$work/zorvo.out"; then
+  echo "FAIL: standard output differs (reference <, zorvo >):" >&2
+  diff "$work/ref.out" "$work/zorvo.out" >&2
+  cat "$work/zorvo.err" >&2
+  failed=1
+fi
+if [ "$ref_status" != "$zorvo_status" ]; then
+  echo "FAIL: exit status $zorvo_status under zorvo, $ref_status on the reference" >&2
+  failed=1
+fi
+# A second program that lost zorvo would have died on its first SVE word.
+grep -q "^second:" "$work/zorvo.out" || failed=1
+exit $failed

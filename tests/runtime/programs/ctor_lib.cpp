@@ -1,0 +1,52 @@
+// A shared library whose start-up runs SVE: a compiler-vectorised static
+// initialiser, a constructor with SVE intrinsics, and an ifunc resolver that
+// asks the vector length (resolvers run while the dynamic loader relocates,
+// before any constructor).
+#include <arm_sve.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace {
+
+std::vector<int32_t> make_table() {
+  std::vector<int32_t> v(1000);
+  for (int i = 0; i < 1000; ++i) v[i] = i * i - 5 * i;
+  return v;
+}
+
+const std::vector<int32_t> table = make_table();
+int64_t constructor_sum;
+
+// Runs in no fixed order with the static initialiser above, so it works on
+// its own numbers.
+__attribute__((constructor)) void run_sve_at_load() {
+  int32_t numbers[500];
+  for (int i = 0; i < 500; ++i) numbers[i] = 3 * i + 1;
+  int64_t total = 0;
+  for (int i = 0; i < 500; i += static_cast<int>(svcntw())) {
+    const svbool_t pg = svwhilelt_b32(i, 500);
+    total += svaddv_s32(pg, svld1_s32(pg, numbers + i));
+  }
+  constructor_sum = total;
+}
+
+int narrow_vectors() { return 1; }
+int wide_vectors() { return 2; }
+
+} // namespace
+
+extern "C" {
+
+int64_t ctor_lib_sum() { return constructor_sum; }
+int64_t ctor_lib_table_sum() {
+  int64_t s = 0;
+  for (int32_t x : table) s += x;
+  return s;
+}
+
+using choice = int (*)();
+choice resolve_vector_kind() { return svcntb() > 16 ? wide_vectors : narrow_vectors; }
+int ctor_lib_vector_kind() __attribute__((ifunc("resolve_vector_kind")));
+
+} // extern "C"
