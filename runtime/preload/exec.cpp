@@ -104,6 +104,7 @@ extern "C" {
 
 int execve(const char* path, char* const argv[], char* const envp[]) noexcept {
   static const auto real = next_definition<execve_fn>("execve");
+  if (zorvo_app_hooks) zorvo_app_hooks->before_exec();
   if (!relaunch(path)) return real(path, argv, envp);
   RELAUNCH_ARGV(args, path, argv);
   return real(args[0], args, envp);

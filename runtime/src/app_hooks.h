@@ -15,6 +15,10 @@ struct app_hooks {
   void (*thread_started)();
   void (*thread_exiting)();
   void (*process_exiting)();
+  // Before an exec replaces the process: the exit events run, so that the
+  // client finishes its trace file (not in the child of a vfork, which
+  // shares the parent's memory).
+  void (*before_exec)();
   // fork handlers registered in the runtime's namespace, which the
   // application's C library does not know about
   void (*fork_prepare)();

@@ -211,6 +211,18 @@ void thread_exiting() {
   if (rt_thread* t = current_thread()) detach_thread(t);
 }
 
+// The process the runtime's state belongs to; a vfork child shares it.
+pid_t owner;
+
+void before_exec() {
+  if (getpid() == owner) on_process_exit();
+}
+
+void fork_child() {
+  owner = getpid();
+  run_fork_child();
+}
+
 app_hooks hooks_for_application;
 launch_settings launch;
 bool launched;
@@ -233,9 +245,10 @@ __attribute__((constructor)) void runtime_start() {
   site_patching_init();
   take_sigill();
   take_fault_signals();
-  hooks_for_application = {&sigaction,     &sigprocmask,        &pthread_sigmask, thread_started,
-                           thread_exiting, on_process_exit,     run_fork_prepare, run_fork_parent,
-                           run_fork_child, launch.vector_bytes, launch.relaunch};
+  hooks_for_application = {&sigaction,      &sigprocmask,    &pthread_sigmask,    thread_started,
+                           thread_exiting,  on_process_exit, before_exec,         run_fork_prepare,
+                           run_fork_parent, fork_child,      launch.vector_bytes, launch.relaunch};
+  owner = getpid();
   // The client's constructors, which run next, install its fault handlers.
   client_loading(true);
 }

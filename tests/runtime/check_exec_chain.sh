@@ -15,7 +15,7 @@ read -r -a reference <<<"$REFERENCE"
   "${reference[@]}" "$second" echo "chain done"
 } >"$work/ref.out" 2>"$work/ref.err"
 ref_status=$?
-"$ZORVO" --trace-dir "$work" -- "$first" "$second" echo "chain done" >"$work/zorvo.out" 2>"$work/zorvo.err"
+"$ZORVO" -- "$first" "$second" echo "chain done" >"$work/zorvo.out" 2>"$work/zorvo.err"
 zorvo_status=$?
 
 failed=0
@@ -31,4 +31,15 @@ if [ "$ref_status" != "$zorvo_status" ]; then
 fi
 # A second program that lost zorvo would have died on its first SVE word.
 grep -q "^second:" "$work/zorvo.out" || failed=1
+# Each program of the chain writes its own trace, the first before its exec.
+EXEC_CHAIN_TRACE=1 "$ZORVO" --trace-dir "$work" -- "$first" "$second" echo "chain done" \
+  >/dev/null 2>&1 || failed=1
+for program in "$first" "$second"; do
+  name=$(basename "$program")
+  if ! ls "$work"/zorvo."$name".*.trace >/dev/null 2>&1; then
+    echo "FAIL: no trace file of $name in the trace directory:" >&2
+    ls "$work" >&2
+    failed=1
+  fi
+done
 exit $failed

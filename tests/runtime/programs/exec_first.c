@@ -1,11 +1,22 @@
 // The first of an exec chain: runs SVE, then executes the program its
 // arguments name (an AArch64 program runs under zorvo again).
 #include <arm_sve.h>
+#include <stdint.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <unistd.h>
 
+#include "zorvo/roi.h"
+
 int main(int argc, char** argv) {
-  svint32_t v = svindex_s32(1, 3);
+  static int32_t values[64];
+  for (int i = 0; i < 64; ++i) values[i] = 3 * i + 1;
+  // A load from memory, so that the program leaves a trace.
+  // Traced only when asked: the reference processor has no region markers.
+  const int traced = getenv("EXEC_CHAIN_TRACE") != NULL;
+  if (traced) ZORVO_ROI_START();
+  svint32_t v = svld1_s32(svptrue_b32(), values);
+  if (traced) ZORVO_ROI_STOP();
   printf("first: %d lanes, sum %lld\n", (int)svcntw(), (long long)svaddv_s32(svptrue_b32(), v));
   fflush(stdout);
   if (argc < 2) return 0;
