@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # An exec chain under zorvo prints what its programs print on the reference
-# one by one (the reference processor cannot follow an exec into another
-# AArch64 program), and ends with the last program's status.
+# one by one (the reference processor cannot follow an exec or a spawn into
+# another AArch64 program), and ends with the last program's status. The
+# first program spawns the second, then executes it.
 # usage: check_exec_chain.sh FIRST SECOND
 # environment: ZORVO (the launcher), REFERENCE (the reference command)
 set -uo pipefail
@@ -12,10 +13,12 @@ read -r -a reference <<<"$REFERENCE"
 
 {
   "${reference[@]}" "$first"
+  "${reference[@]}" "$second"
+  echo "spawned child: status $?"
   "${reference[@]}" "$second" echo "chain done"
 } >"$work/ref.out" 2>"$work/ref.err"
 ref_status=$?
-"$ZORVO" -- "$first" "$second" echo "chain done" >"$work/zorvo.out" 2>"$work/zorvo.err"
+"$ZORVO" -- "$first" --spawn "$second" "$second" echo "chain done" >"$work/zorvo.out" 2>"$work/zorvo.err"
 zorvo_status=$?
 
 failed=0
