@@ -4,15 +4,20 @@
 // So the runtime's constructor (init.cpp) and the client's have run, and the
 // client has had its entry call, before the first ifunc resolver, library
 // constructor or preinit function of the application runs. Of the audit
-// interface the runtime uses only the two calls below.
+// interface the runtime uses only the three calls below.
+#include <limits.h>
 #include <link.h>
+#include <unistd.h>
 
+#include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "app_hooks.h"
 
 const app_hooks* runtime_app_hooks();
 void start_runtime();
+const char* application_path();
 
 namespace {
 
@@ -45,6 +50,61 @@ void* find_symbol(const link_map* map, const char* name) {
   return nullptr;
 }
 
+std::string directory_of(const char* path) {
+  const char* slash = std::strrchr(path, '/');
+  return slash ? std::string(path, slash - path) : std::string(".");
+}
+
+// The program's link map, the first object the dynamic loader reports.
+const link_map* program_map;
+
+// The program's run paths, as written in its dynamic section.
+const char* program_run_path(bool* inherited) {
+  const char* strings = nullptr;
+  ElfW(Sxword) rpath = -1, runpath = -1;
+  const auto address = [](ElfW(Addr) a) {
+    return a < program_map->l_addr ? a + program_map->l_addr : a;
+  };
+  for (const ElfW(Dyn)* d = program_map->l_ld; d != nullptr && d->d_tag != DT_NULL; ++d) {
+    if (d->d_tag == DT_STRTAB) strings = reinterpret_cast<const char*>(address(d->d_un.d_ptr));
+    if (d->d_tag == DT_RPATH) rpath = d->d_un.d_val;
+    if (d->d_tag == DT_RUNPATH) runpath = d->d_un.d_val;
+  }
+  if (strings == nullptr) return nullptr;
+  // DT_RUNPATH wins over DT_RPATH; only DT_RPATH serves the libraries too.
+  *inherited = runpath < 0 && rpath >= 0;
+  return runpath >= 0 ? strings + runpath : rpath >= 0 ? strings + rpath : nullptr;
+}
+
+// The dynamic loader takes the program's $ORIGIN from /proc/self/exe, which
+// names the loader. So the runtime searches the program's run-path entries
+// that use $ORIGIN itself, with the program's directory, before the dynamic
+// loader does.
+char* find_in_program_origin(const char* name, const link_map* requester) {
+  bool inherited = false;
+  const char* paths = program_map ? program_run_path(&inherited) : nullptr;
+  if (paths == nullptr || std::strstr(paths, "ORIGIN") == nullptr || std::strchr(name, '/') ||
+      (requester != program_map && !inherited))
+    return nullptr;
+  char* program = application_path() ? realpath(application_path(), nullptr) : nullptr;
+  if (program == nullptr) return nullptr;
+  const std::string origin = directory_of(program);
+  free(program);
+  for (const char* entry = paths; *entry;) {
+    const char* end = std::strchr(entry, ':');
+    std::string dir(entry, end ? end - entry : std::strlen(entry));
+    for (const char* token : {"${ORIGIN}", "$ORIGIN"})
+      for (size_t at; (at = dir.find(token)) != std::string::npos;)
+        dir.replace(at, std::strlen(token), origin);
+    const std::string candidate = dir + "/" + name;
+    if (dir.find('$') == std::string::npos && access(candidate.c_str(), R_OK) == 0)
+      return strdup(candidate.c_str()); // the dynamic loader keeps the name
+    if (end == nullptr) break;
+    entry = end + 1;
+  }
+  return nullptr;
+}
+
 bool is_interposer(const char* name) {
   const char* slash = std::strrchr(name, '/');
   return std::strcmp(slash ? slash + 1 : name, "libzorvo_preload.so") == 0;
@@ -56,14 +116,23 @@ extern "C" {
 
 unsigned la_version(unsigned version) { return version < LAV_CURRENT ? version : LAV_CURRENT; }
 
-unsigned la_objopen(struct link_map* map, Lmid_t, uintptr_t*) {
+unsigned la_objopen(struct link_map* map, Lmid_t, uintptr_t* cookie) {
   start_runtime();
+  if (program_map == nullptr) program_map = map;
+  *cookie = reinterpret_cast<uintptr_t>(map);
   if (map->l_name != nullptr && is_interposer(map->l_name)) {
     // Mapped, not yet relocated: the variable holds its initial null.
     auto* slot = static_cast<const app_hooks**>(find_symbol(map, ZORVO_APP_HOOKS_SYMBOL));
     if (slot != nullptr) *slot = runtime_app_hooks();
   }
   return 0;
+}
+
+char* la_objsearch(const char* name, uintptr_t* cookie, unsigned int flag) {
+  if (flag == LA_SER_ORIG)
+    if (char* found = find_in_program_origin(name, reinterpret_cast<const link_map*>(*cookie)))
+      return found;
+  return const_cast<char*>(name);
 }
 
 } // extern "C"

@@ -257,6 +257,8 @@ __attribute__((constructor)) void runtime_start() {
 
 const app_hooks* runtime_app_hooks() { return &hooks_for_application; }
 
+const char* application_path() { return launch.app; }
+
 // Called when the dynamic loader maps the application's first object: the
 // client is loaded and initialised by then.
 void start_runtime() {
