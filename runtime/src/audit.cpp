@@ -9,9 +9,9 @@
 #include <link.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
 #include "app_hooks.h"
 
@@ -50,9 +50,32 @@ void* find_symbol(const link_map* map, const char* name) {
   return nullptr;
 }
 
-std::string directory_of(const char* path) {
+// The directory part of PATH, into out (which holds PATH_MAX bytes).
+void directory_of(const char* path, char* out) {
   const char* slash = std::strrchr(path, '/');
-  return slash ? std::string(path, slash - path) : std::string(".");
+  std::snprintf(out, PATH_MAX, "%.*s", slash ? static_cast<int>(slash - path) : 1,
+                slash ? path : ".");
+}
+
+// A run-path entry of `length` bytes with $ORIGIN and ${ORIGIN} replaced,
+// into out (PATH_MAX bytes); false when it does not fit.
+bool expand_origin(const char* entry, size_t length, const char* origin, char* out) {
+  size_t used = 0;
+  for (size_t i = 0; i < length;) {
+    size_t token = 0;
+    if (std::strncmp(entry + i, "${ORIGIN}", 9) == 0)
+      token = 9;
+    else if (std::strncmp(entry + i, "$ORIGIN", 7) == 0)
+      token = 7;
+    const char* piece = token ? origin : entry + i;
+    const size_t n = token ? std::strlen(origin) : 1;
+    if (used + n + 1 > PATH_MAX) return false;
+    std::memcpy(out + used, piece, n);
+    used += n;
+    i += token ? token : 1;
+  }
+  out[used] = 0;
+  return true;
 }
 
 // The program's link map, the first object the dynamic loader reports.
@@ -88,17 +111,16 @@ char* find_in_program_origin(const char* name, const link_map* requester) {
     return nullptr;
   char* program = application_path() ? realpath(application_path(), nullptr) : nullptr;
   if (program == nullptr) return nullptr;
-  const std::string origin = directory_of(program);
+  char origin[PATH_MAX], dir[PATH_MAX], candidate[PATH_MAX];
+  directory_of(program, origin);
   free(program);
   for (const char* entry = paths; *entry;) {
     const char* end = std::strchr(entry, ':');
-    std::string dir(entry, end ? end - entry : std::strlen(entry));
-    for (const char* token : {"${ORIGIN}", "$ORIGIN"})
-      for (size_t at; (at = dir.find(token)) != std::string::npos;)
-        dir.replace(at, std::strlen(token), origin);
-    const std::string candidate = dir + "/" + name;
-    if (dir.find('$') == std::string::npos && access(candidate.c_str(), R_OK) == 0)
-      return strdup(candidate.c_str()); // the dynamic loader keeps the name
+    const size_t length = end ? static_cast<size_t>(end - entry) : std::strlen(entry);
+    if (expand_origin(entry, length, origin, dir) && std::strchr(dir, '$') == nullptr &&
+        std::snprintf(candidate, sizeof candidate, "%s/%s", dir, name) < PATH_MAX &&
+        access(candidate, R_OK) == 0)
+      return strdup(candidate); // the dynamic loader keeps the name
     if (end == nullptr) break;
     entry = end + 1;
   }
