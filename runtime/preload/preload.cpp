@@ -25,6 +25,7 @@ template <typename F> F next_definition(const char* name) {
 }
 
 pthread_key_t exit_key;
+pthread_once_t exit_key_once = PTHREAD_ONCE_INIT;
 
 // The kernel's per-thread "inherit the vector length across exec" flag;
 // a new thread starts with its creator's.
@@ -37,6 +38,10 @@ struct thread_start {
 };
 
 void on_thread_exit(void*) { zorvo_app_hooks->thread_exiting(); }
+
+// Made on the first thread's creation, which a library constructor may ask
+// for before this library's own constructor has run.
+void make_exit_key() { pthread_key_create(&exit_key, on_thread_exit); }
 
 void* start_attached(void* p) {
   const thread_start start = *static_cast<thread_start*>(p);
@@ -56,7 +61,6 @@ void fork_child() { zorvo_app_hooks->fork_child(); }
 
 __attribute__((constructor)) void interposer_start() {
   if (zorvo_app_hooks == nullptr) return;
-  pthread_key_create(&exit_key, on_thread_exit);
   pthread_atfork(fork_prepare, fork_parent, fork_child);
   // Runs after the atexit handlers the application registers later, and
   // after its static destructors' registrations made from main.
@@ -124,6 +128,7 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attr, void* (*routin
                    void* arg) noexcept {
   static const auto real = next_definition<decltype(&pthread_create)>("pthread_create");
   if (zorvo_app_hooks == nullptr) return real(thread, attr, routine, arg);
+  pthread_once(&exit_key_once, make_exit_key);
   auto* start = static_cast<thread_start*>(std::malloc(sizeof(thread_start)));
   if (start == nullptr) return EAGAIN;
   *start = {routine, arg, vl_inherit};

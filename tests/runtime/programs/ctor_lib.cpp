@@ -3,6 +3,7 @@
 // asks the vector length (resolvers run while the dynamic loader relocates,
 // before any constructor).
 #include <arm_sve.h>
+#include <pthread.h>
 
 #include <cstdint>
 #include <vector>
@@ -17,18 +18,32 @@ std::vector<int32_t> make_table() {
 
 const std::vector<int32_t> table = make_table();
 int64_t constructor_sum;
+int64_t constructor_thread_sum;
+
+int64_t sve_sum(const int32_t* numbers, int n) {
+  int64_t total = 0;
+  for (int i = 0; i < n; i += static_cast<int>(svcntw())) {
+    const svbool_t pg = svwhilelt_b32(i, n);
+    total += svaddv_s32(pg, svld1_s32(pg, numbers + i));
+  }
+  return total;
+}
+
+void* sum_in_thread(void* numbers) {
+  constructor_thread_sum = sve_sum(static_cast<const int32_t*>(numbers), 500);
+  return nullptr;
+}
 
 // Runs in no fixed order with the static initialiser above, so it works on
 // its own numbers.
 __attribute__((constructor)) void run_sve_at_load() {
   int32_t numbers[500];
   for (int i = 0; i < 500; ++i) numbers[i] = 3 * i + 1;
-  int64_t total = 0;
-  for (int i = 0; i < 500; i += static_cast<int>(svcntw())) {
-    const svbool_t pg = svwhilelt_b32(i, 500);
-    total += svaddv_s32(pg, svld1_s32(pg, numbers + i));
-  }
-  constructor_sum = total;
+  constructor_sum = sve_sum(numbers, 500);
+  // A thread started before the program's own start-up has run.
+  pthread_t t;
+  pthread_create(&t, nullptr, sum_in_thread, numbers);
+  pthread_join(t, nullptr);
 }
 
 int narrow_vectors() { return 1; }
@@ -39,6 +54,7 @@ int wide_vectors() { return 2; }
 extern "C" {
 
 int64_t ctor_lib_sum() { return constructor_sum; }
+int64_t ctor_lib_thread_sum() { return constructor_thread_sum; }
 int64_t ctor_lib_table_sum() {
   int64_t s = 0;
   for (int32_t x : table) s += x;

@@ -9,6 +9,7 @@
 #include <stdlib.h>
 
 int64_t ctor_lib_sum(void);
+int64_t ctor_lib_thread_sum(void);
 int64_t ctor_lib_table_sum(void);
 int ctor_lib_vector_kind(void);
 
@@ -47,6 +48,7 @@ int main(void) {
   printf("constructor: %llu lanes of 64 bits\n", (unsigned long long)constructor_lanes);
   printf("library constructor: sum %lld of %lld\n", (long long)ctor_lib_sum(),
          (long long)ctor_lib_table_sum());
+  printf("library constructor's thread: sum %lld\n", (long long)ctor_lib_thread_sum());
   printf("library ifunc: kind %d\n", ctor_lib_vector_kind());
   fflush(stdout);
   pthread_t t;
