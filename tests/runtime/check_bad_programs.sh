@@ -13,7 +13,9 @@ read -r -a reference <<<"$REFERENCE"
 failures=0 refused=0
 while IFS=$'\t' read -r mutant what; do
   chmod 755 "$mutant"
-  timeout 20 "$ZORVO" -- "$mutant" </dev/null >"$work/out" 2>"$work/err"
+  # In a subshell that does not exec, so that a death by signal is reported
+  # here by its status, not by the shell's message.
+  (timeout 20 "$ZORVO" -- "$mutant" </dev/null >"$work/out" 2>"$work/err"; exit $?) 2>/dev/null
   status=$?
   if grep -q "^zorvo: " "$work/err"; then
     refused=$((refused + 1))
@@ -23,7 +25,7 @@ while IFS=$'\t' read -r mutant what; do
       failures=$((failures + 1))
     fi
   elif [ "$status" -ge 124 ]; then
-    timeout 20 "${reference[@]}" "$mutant" </dev/null >/dev/null 2>&1
+    (timeout 20 "${reference[@]}" "$mutant" </dev/null >/dev/null 2>&1; exit $?) 2>/dev/null
     ref_status=$?
     if [ "$ref_status" != "$status" ]; then
       echo "FAIL: $what: status $status under zorvo, $ref_status on the reference" >&2

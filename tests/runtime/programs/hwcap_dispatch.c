@@ -42,6 +42,24 @@ static void report(const char* who) {
   fflush(stdout);
 }
 
+extern char** environ;
+
+// Walks the initial stack from the environment's end, as a C library's
+// start-up code does, and checks that it finds the vector getauxval reads.
+static void report_stack_vector(void) {
+  char** e = environ;
+  while (*e) ++e;
+  const unsigned long* aux = (const unsigned long*)(e + 1);
+  int entries = 0, agree = 1, sve = 0;
+  for (; aux[0] != AT_NULL; aux += 2, ++entries) {
+    if (aux[0] == AT_HWCAP) sve = (aux[1] & HWCAP_SVE) != 0;
+    if (aux[0] == AT_IGNORE) continue;
+    if (getauxval(aux[0]) != aux[1]) agree = 0;
+  }
+  printf("auxiliary vector after the environment: HWCAP_SVE %d, agrees with getauxval %d, %s\n",
+         sve, agree, entries > 10 ? "complete" : "short");
+}
+
 static void* thread_main(void* arg) {
   report((const char*)arg);
   return NULL;
@@ -50,6 +68,7 @@ static void* thread_main(void* arg) {
 int main(void) {
   for (int i = 0; i < 1000; ++i) data[i] = i * 7 - 300;
   report("main");
+  report_stack_vector();
   pthread_t t;
   pthread_create(&t, NULL, thread_main, "thread");
   pthread_join(t, NULL);
