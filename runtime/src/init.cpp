@@ -1,20 +1,20 @@
 // Start and end of the process under the runtime: the launcher's settings,
-// the client's entry, the first thread, and the exit events.
+// the environment and auxiliary vector the program sees, the client's entry,
+// the first thread, and the exit events.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <link.h>
 #include <sys/auxv.h>
 #include <sys/mman.h>
+#include <sys/single_threaded.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <sys/single_threaded.h>
 
 #include "app_hooks.h"
-
 #include "runtime.h"
 #include "signals.h"
 #include "sites.h"
