@@ -117,13 +117,24 @@ int execvpe(const char* file, char* const argv[], char* const envp[]) noexcept {
     errno = ENOENT;
     return -1;
   }
-  if (std::strchr(file, '/')) return execve(file, argv, envp);
   char found[4096];
-  if (!search_path(file, found, sizeof found)) {
-    errno = ENOENT;
-    return -1;
+  const char* path = file;
+  if (!std::strchr(file, '/')) {
+    if (!search_path(file, found, sizeof found)) {
+      errno = ENOENT;
+      return -1;
+    }
+    path = found;
   }
-  return execve(found, argv, envp);
+  execve(path, argv, envp);
+  if (errno != ENOEXEC) return -1;
+  // As the C library does: a file that is no program is a shell script.
+  char** script_argv = static_cast<char**>(alloca((count(argv) + 3) * sizeof(char*)));
+  static char shell[] = "/bin/sh";
+  script_argv[0] = shell;
+  script_argv[1] = const_cast<char*>(path);
+  for (size_t i = 1; i <= count(argv); ++i) script_argv[i + 1] = argv[i];
+  return execve(shell, script_argv, envp);
 }
 
 int execvp(const char* file, char* const argv[]) noexcept { return execvpe(file, argv, environ); }
