@@ -8,14 +8,23 @@
 // any of the program's code runs (see the runtime's start).
 //
 // usage (private to the `zorvo` launcher):
-//   zorvo-loader [--user-preload VALUE] CLIENT PRELOAD SETTINGS ARGV0 APP [ARGS...]
+//   zorvo-loader [--user-preload VALUE] [--static-host HOST] CLIENT PRELOAD SETTINGS ARGV0
+//                APP [ARGS...]
 // --user-preload: the environment's LD_PRELOAD is an empty stand-in (qemu's
 // own dynamic loader must not see the user's), and VALUE is what the
 // program gets there.
+// --static-host: for a statically linked APP, the small dynamic program that
+// the dynamic loader starts in APP's place (with the client and the runtime
+// as for any program), and that hands over to APP (static_host.cpp).
 #include <cstddef>
 #include <cstdint>
 
 #include "elf_plan.h"
+#include "static_handoff.h"
+
+using loader::kStaticAppEntry;
+using loader::kStaticAppPhdr;
+using loader::kStaticAppPhnum;
 
 namespace {
 
@@ -215,8 +224,14 @@ extern "C" [[noreturn]] void loader_main(uint64_t* initial_sp) {
     ++auxc;
   }
   const char* stand_in_value = nullptr;
-  if (argc > 2 && starts_with(argv[1], "--user-preload") && argv[1][14] == 0) {
-    stand_in_value = argv[2];
+  const char* static_host = nullptr;
+  while (argc > 2 && argv[1][0] == '-' && argv[1][1] == '-') {
+    if (starts_with(argv[1], "--user-preload") && argv[1][14] == 0)
+      stand_in_value = argv[2];
+    else if (starts_with(argv[1], "--static-host") && argv[1][13] == 0)
+      static_host = argv[2];
+    else
+      break;
     argv += 2;
     argc -= 2;
   }
@@ -231,8 +246,13 @@ extern "C" [[noreturn]] void loader_main(uint64_t* initial_sp) {
   app_name = argv0;
 
   loaded app = load(argv0, path, page);
-  if (app.plan.interp_size == 0) fail(argv0, "statically linked programs are not supported yet");
-  const char* interp_path = reinterpret_cast<const char*>(app.file + app.plan.interp_offset);
+  // A static program gets the static host as the dynamic loader's program.
+  const bool is_static = app.plan.interp_size == 0;
+  if (is_static && static_host == nullptr)
+    fail(argv0, "statically linked programs are not supported yet");
+  const loaded host = is_static ? load(static_host, static_host, page) : app;
+  if (host.plan.interp_size == 0) fail(static_host, "the static host has no interpreter");
+  const char* interp_path = reinterpret_cast<const char*>(host.file + host.plan.interp_offset);
   loaded interp = load(interp_path, interp_path, page);
   if (interp.plan.interp_size != 0) fail(interp_path, "the interpreter has an interpreter");
 
@@ -247,15 +267,18 @@ extern "C" [[noreturn]] void loader_main(uint64_t* initial_sp) {
   }
   char* added[kAddedVariables] = {
       join("LD_AUDIT=", client),
-      join("LD_PRELOAD=", preload, user_preload && *user_preload ? ":" : "",
-           user_preload ? user_preload : ""),
-      join("ZORVO_SETTINGS=", settings),
+      // A static program has no C library functions to stand in front of,
+      // and preloads nothing.
+      is_static ? join("LD_PRELOAD=", "")
+                : join("LD_PRELOAD=", preload, user_preload && *user_preload ? ":" : "",
+                       user_preload ? user_preload : ""),
+      join("ZORVO_SETTINGS=", settings, is_static ? "\x1estatic=1" : ""),
       join("ZORVO_PAD=", ""),
   };
 
   const long app_argc = argc - 5;
   const long words =
-      1 + app_argc + 1 + envc + kAddedVariables + 1 + 2 * (kIgnoredAux + auxc + 8 + 1);
+      1 + app_argc + 1 + envc + kAddedVariables + 1 + 2 * (kIgnoredAux + auxc + 8 + 4 + 1);
   // Well below this function's frame, which the new stack must not overlap.
   uint64_t* sp = reinterpret_cast<uint64_t*>(
       (reinterpret_cast<uintptr_t>(__builtin_frame_address(0)) - 65536 - words * 8) &
@@ -270,12 +293,11 @@ extern "C" [[noreturn]] void loader_main(uint64_t* initial_sp) {
   *w++ = 0;
   for (int i = 0; i < kIgnoredAux; ++i) *w++ = AT_IGNORE, *w++ = 0;
 
-  const uint64_t app_phdr = app.bias + app.plan.phdr_vaddr;
   const aux_entry ours[] = {
-      {AT_PHDR, app_phdr},
+      {AT_PHDR, host.bias + host.plan.phdr_vaddr},
       {AT_PHENT, 56},
-      {AT_PHNUM, app.plan.phnum},
-      {AT_ENTRY, app.bias + app.plan.entry},
+      {AT_PHNUM, host.plan.phnum},
+      {AT_ENTRY, host.bias + host.plan.entry},
       {AT_BASE, interp.bias + interp.plan.low},
       {AT_EXECFN, reinterpret_cast<uint64_t>(path)},
       {AT_HWCAP2, 0},
@@ -295,6 +317,12 @@ extern "C" [[noreturn]] void loader_main(uint64_t* initial_sp) {
   }
   for (size_t k = 0; k < sizeof ours / sizeof ours[0]; ++k)
     if (!seen[k]) *w++ = ours[k].type, *w++ = ours[k].value;
+  if (is_static) {
+    *w++ = kStaticAppPhdr, *w++ = app.bias + app.plan.phdr_vaddr;
+    *w++ = kStaticAppPhnum, *w++ = app.plan.phnum;
+    *w++ = kStaticAppEntry, *w++ = app.bias + app.plan.entry;
+    *w++ = loader::kStaticExitHook, *w++ = 0;
+  }
   *w++ = AT_NULL, *w++ = 0;
   start(sp, interp.bias + interp.plan.entry);
 }

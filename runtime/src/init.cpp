@@ -18,6 +18,7 @@
 #include "runtime.h"
 #include "signals.h"
 #include "sites.h"
+#include "static_handoff.h"
 #include "thread.h"
 
 std::atomic<bool> runtime_ready;
@@ -40,6 +41,9 @@ constexpr int kLoaderVariables = 4;
 
 char* client_arg_storage;
 
+void static_program_exiting();
+void on_process_exit();
+
 struct launch_settings {
   const char* client = nullptr;
   const char* client_args = "";
@@ -47,6 +51,7 @@ struct launch_settings {
   const char* app = nullptr;
   const char* relaunch = "";
   int vector_bytes = 48;
+  bool static_program = false; // statically linked, started by the static host
 };
 
 [[noreturn]] void fail(const char* what, const char* detail) {
@@ -81,6 +86,8 @@ launch_settings read_settings(char* text) {
         settings.print_stats = *value == '1';
       else if (!std::strcmp(field, "entry_by_signal"))
         settings.entry_by_signal = *value == '1';
+      else if (!std::strcmp(field, "static"))
+        s.static_program = *value == '1';
     }
     field = next;
   }
@@ -107,8 +114,11 @@ void take_loader_variables_out(char** env) {
   int words = 0;
   while (aux[words] != AT_NULL) words += 2;
   words += 2;
-  for (int i = 0; i < words; i += 2)
+  for (int i = 0; i < words; i += 2) {
     if (aux[i] == AT_HWCAP) aux[i + 1] |= HWCAP_SVE;
+    if (aux[i] == loader::kStaticExitHook)
+      aux[i + 1] = reinterpret_cast<unsigned long>(static_program_exiting);
+  }
   ours[0] = nullptr;
   std::memmove(ours + 1, aux, words * sizeof(unsigned long));
 }
@@ -197,6 +207,14 @@ void print_counters() {
              static_cast<unsigned long long>(counters.fragment_entries.load()));
 }
 
+// A static program's start registers this for exit, as it would the dynamic
+// loader's function: it runs with the program's thread pointer.
+void static_program_exiting() {
+  const uint64_t app_tp = enter_runtime_tls();
+  on_process_exit();
+  leave_runtime_tls(app_tp);
+}
+
 void on_process_exit() {
   exiting_thread = syscall(SYS_gettid);
   if (runtime_shut_down.exchange(true)) return;
@@ -232,6 +250,12 @@ __attribute__((constructor)) void runtime_start() {
   if (text == nullptr) return; // not started by the loader: stay out of the way
   launch = read_settings(strdup(text));
   launched = true;
+  if (launch.static_program) {
+    keep_runtime_thread_pointer();
+    // The site stubs find the thread through the thread pointer, which is
+    // the program's: every block is entered by its signal.
+    settings.entry_by_signal = true;
+  }
   take_loader_variables_out(environ);
   present_sve();
   // From here on the environment is the runtime's namespace's own copy.
