@@ -1,8 +1,11 @@
 #include "thread.h"
 
+#include <dlfcn.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+
+#include <atomic>
 
 #include "fragments.h"
 #include "runtime.h"
@@ -60,9 +63,20 @@ void detach_thread(rt_thread* t) {
 
 namespace {
 
-// Plain globals, read before the thread pointer is the runtime's.
-uint64_t runtime_tp;
-long runtime_tid;
+// Plain globals, read before the thread pointer is the runtime's: each
+// thread's runtime thread pointer, by thread id. Entries are never removed;
+// a new thread with an old one's id takes over its block.
+struct runtime_tls_of_thread {
+  std::atomic<long> tid;
+  uint64_t tp;
+};
+constexpr int kMaxStaticThreads = 4096;
+runtime_tls_of_thread runtime_tls[kMaxStaticThreads];
+std::atomic<int> runtime_tls_count;
+bool static_program;
+// The dynamic loader's allocation of a thread's static TLS and thread block.
+using allocate_tls_fn = void* (*)(void*);
+allocate_tls_fn allocate_tls;
 
 uint64_t read_tp() {
   uint64_t tp;
@@ -81,29 +95,58 @@ long raw_syscall(long n, long a = 0, long b = 0, long c = 0) {
   return x0;
 }
 
-[[noreturn]] void only_first_thread() {
-  static const char message[] =
-      "zorvo: only the first thread of a statically linked program can run SVE code\n";
+[[noreturn]] void no_runtime_tls() {
+  static const char message[] = "zorvo: no room for a new thread's runtime state\n";
   raw_syscall(SYS_write, 2, reinterpret_cast<long>(message), sizeof message - 1);
   raw_syscall(SYS_exit_group, 1);
   __builtin_unreachable();
 }
 
+void add_runtime_tls(long tid, uint64_t tp) {
+  const int n = runtime_tls_count.load();
+  runtime_tls[n].tp = tp;
+  runtime_tls[n].tid.store(tid);
+  runtime_tls_count.store(n + 1);
+}
+
+// A thread the program's own C library made meets the runtime for the
+// first time: it gets a thread block and TLS of the dynamic loader's making,
+// initialised as for any new thread.
+uint64_t new_runtime_tls(long tid) {
+  // The dynamic loader's allocator, at this point of the process, is not
+  // made for threads.
+  static std::atomic_flag allocating = ATOMIC_FLAG_INIT;
+  while (allocating.test_and_set(std::memory_order_acquire)) {
+  }
+  void* tcb = allocate_tls && runtime_tls_count.load() < kMaxStaticThreads ? allocate_tls(nullptr)
+                                                                           : nullptr;
+  if (tcb != nullptr) add_runtime_tls(tid, reinterpret_cast<uint64_t>(tcb));
+  allocating.clear(std::memory_order_release);
+  if (tcb == nullptr) no_runtime_tls();
+  return reinterpret_cast<uint64_t>(tcb);
+}
+
 } // namespace
 
 void keep_runtime_thread_pointer() {
-  runtime_tp = read_tp();
-  runtime_tid = raw_syscall(SYS_gettid);
+  static_program = true;
+  allocate_tls = reinterpret_cast<allocate_tls_fn>(dlsym(RTLD_DEFAULT, "_dl_allocate_tls"));
+  add_runtime_tls(raw_syscall(SYS_gettid), read_tp());
 }
 
-bool separate_thread_pointer() { return runtime_tp != 0; }
+bool separate_thread_pointer() { return static_program; }
 
 uint64_t enter_runtime_tls() {
-  if (runtime_tp == 0) return 0;
+  if (!static_program) return 0;
+  const long tid = raw_syscall(SYS_gettid);
+  uint64_t tp = 0;
+  const int n = runtime_tls_count.load();
+  for (int i = 0; i < n && tp == 0; ++i)
+    if (runtime_tls[i].tid.load() == tid) tp = runtime_tls[i].tp;
+  if (tp == 0) tp = new_runtime_tls(tid);
   const uint64_t app_tp = read_tp();
-  if (app_tp == runtime_tp) return 0;
-  if (raw_syscall(SYS_gettid) != runtime_tid) only_first_thread();
-  write_tp(runtime_tp);
+  if (app_tp == tp) return 0;
+  write_tp(tp);
   return app_tp;
 }
 

@@ -84,8 +84,8 @@ void detach_thread(rt_thread* t);
 // thread block, where the runtime's thread-local storage (its own, its C
 // library's, the client's) is not. The runtime then keeps the thread pointer
 // it started with and switches to it on every entry: its signal handlers
-// here, emulation calls in the code they emit. Only the first thread is
-// served: any other that enters the runtime ends the process with a message.
+// here, emulation calls in the code they emit. Threads the program makes
+// get their runtime thread pointer when they first enter the runtime.
 void keep_runtime_thread_pointer();
 bool separate_thread_pointer();
 // Switches to the runtime's thread pointer; returns the one to give back

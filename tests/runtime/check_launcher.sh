@@ -34,9 +34,8 @@ expect 2 "zorvo: $work/script: not an AArch64 ELF program" "$zorvo" -- "$work/sc
 printf '\177ELF\002\001\001\000\000\000\000\000\000\000\000\000\002\000\076\000' >"$work/x86"
 head -c 200 /dev/zero >>"$work/x86" && chmod 755 "$work/x86"
 expect 2 "zorvo: $work/x86: not an AArch64 ELF program" "$zorvo" -- "$work/x86"
-# Only the first thread of a static program can run SVE code.
-expect 1 "zorvo: only the first thread of a statically linked program can run SVE code" \
-  "$zorvo" -- "$static_program" thread
+# A static program's exit runs the exit events too.
+expect 6 "blocks built" "$zorvo" --stats -- "$static_program"
 expect 2 "zorvo: unknown option '--bogus'" "$zorvo" --bogus -- "$program"
 expect 2 "option --trace-dir needs a value" "$zorvo" --trace-dir
 expect 2 "--loglevel needs a number" "$zorvo" --loglevel x -- "$program"

@@ -1,7 +1,7 @@
 // A statically linked SVE program: its own C library (which picks its SVE
 // string functions, since the processor has SVE) owns the thread pointer.
-// SVE in main, in the C library, and in an atexit handler; with threads, SVE
-// in a second thread ends the process with zorvo's message.
+// SVE in main, in the C library, in a thread (with "thread") and in an atexit
+// handler.
 #include <arm_sve.h>
 #include <pthread.h>
 #include <stdint.h>
