@@ -250,12 +250,7 @@ __attribute__((constructor)) void runtime_start() {
   if (text == nullptr) return; // not started by the loader: stay out of the way
   launch = read_settings(strdup(text));
   launched = true;
-  if (launch.static_program) {
-    keep_runtime_thread_pointer();
-    // The site stubs find the thread through the thread pointer, which is
-    // the program's: every block is entered by its signal.
-    settings.entry_by_signal = true;
-  }
+  if (launch.static_program) keep_runtime_thread_pointer();
   take_loader_variables_out(environ);
   present_sve();
   // From here on the environment is the runtime's namespace's own copy.

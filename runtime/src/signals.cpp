@@ -108,13 +108,13 @@ void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, uc
   libc.pthread_sigmask(SIG_SETMASK, &mask, &old);
   // The handler runs with the program's thread pointer, the runtime's
   // again after it.
-  const uint64_t runtime_tp = app_tp ? reinterpret_cast<uint64_t>(__builtin_thread_pointer()) : 0;
-  leave_runtime_tls(app_tp);
+  const uint64_t runtime_tp = reinterpret_cast<uint64_t>(__builtin_thread_pointer());
+  if (app_tp) set_thread_pointer(app_tp);
   if (action.sa_flags & SA_SIGINFO)
     action.sa_sigaction(sig, info, uc);
   else
     action.sa_handler(sig);
-  leave_runtime_tls(runtime_tp);
+  if (app_tp) set_thread_pointer(runtime_tp);
   libc.pthread_sigmask(SIG_SETMASK, &old, nullptr);
 }
 

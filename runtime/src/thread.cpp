@@ -13,6 +13,9 @@
 
 namespace {
 
+// The AArch64 TCB is {dtv, a word the C library does not use}.
+constexpr ptrdiff_t kTcbUnusedWordOffset = 8;
+
 // Emulation calls run here: a decoder, the generic tier's values on its
 // stack, and a fault handler on top of them.
 constexpr size_t kRuntimeStackSize = 512 * 1024;
@@ -27,6 +30,9 @@ size_t thread_record_size() { return (sizeof(rt_thread) + 4095) & ~size_t(4095);
 rt_thread* current_thread() { return current; }
 
 ptrdiff_t current_thread_tls_offset() {
+  // A static program's thread pointer is its own: its TCB's second word,
+  // which the C library leaves unused, holds the runtime's thread.
+  if (separate_thread_pointer()) return kTcbUnusedWordOffset;
   return reinterpret_cast<char*>(&current) - static_cast<char*>(__builtin_thread_pointer());
 }
 
@@ -151,5 +157,10 @@ uint64_t enter_runtime_tls() {
 }
 
 void leave_runtime_tls(uint64_t app_tp) {
-  if (app_tp != 0) write_tp(app_tp);
+  if (app_tp == 0) return;
+  // Where the site stubs look for the thread.
+  reinterpret_cast<rt_thread**>(app_tp + kTcbUnusedWordOffset)[0] = current;
+  write_tp(app_tp);
 }
+
+void set_thread_pointer(uint64_t tp) { write_tp(tp); }

@@ -85,10 +85,14 @@ void detach_thread(rt_thread* t);
 // library's, the client's) is not. The runtime then keeps the thread pointer
 // it started with and switches to it on every entry: its signal handlers
 // here, emulation calls in the code they emit. Threads the program makes
-// get their runtime thread pointer when they first enter the runtime.
+// get their runtime thread pointer when they first enter the runtime. The
+// site stubs find a static program's threads through the word of its TCB
+// that its C library does not use, which leave_runtime_tls keeps.
 void keep_runtime_thread_pointer();
 bool separate_thread_pointer();
 // Switches to the runtime's thread pointer; returns the one to give back
 // (0: nothing to give back). Uses no thread-local storage before the switch.
 uint64_t enter_runtime_tls();
 void leave_runtime_tls(uint64_t app_tp);
+// Only the switch, around an application's handler.
+void set_thread_pointer(uint64_t tp);
