@@ -62,8 +62,8 @@ void fork_child() { zorvo_app_hooks->fork_child(); }
 __attribute__((constructor)) void interposer_start() {
   if (zorvo_app_hooks == nullptr) return;
   pthread_atfork(fork_prepare, fork_parent, fork_child);
-  // Runs after the atexit handlers the application registers later, and
-  // after its static destructors' registrations made from main.
+  // Registered before the program's main: runs after every atexit handler
+  // the program registers from there on.
   std::atexit(process_exiting);
 }
 
