@@ -68,7 +68,8 @@ const char* plan_segments(const unsigned char* file, uint64_t size, uint64_t pho
       if (phoff >= seg.offset && phoff - seg.offset < seg.filesz)
         plan->phdr_vaddr = seg.vaddr + (phoff - seg.offset);
     }
-    if (plan->phdr_vaddr == 0 && plan->interp_size != 0) return "program headers not loaded";
+    // The dynamic loader, or a static program's C library, reads them there.
+    if (plan->phdr_vaddr == 0) return "program headers not loaded";
   }
   bool entry_in_code = false;
   for (int s = 0; s < plan->segments; ++s) {

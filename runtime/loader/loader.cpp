@@ -236,8 +236,8 @@ extern "C" [[noreturn]] void loader_main(uint64_t* initial_sp) {
     argc -= 2;
   }
   if (argc < 6)
-    fail(app_name, "usage: zorvo-loader [--user-preload VALUE] CLIENT PRELOAD SETTINGS ARGV0 APP "
-                   "[ARGS...]");
+    fail(app_name, "usage: zorvo-loader [--user-preload VALUE] [--static-host HOST] CLIENT "
+                   "PRELOAD SETTINGS ARGV0 APP [ARGS...]");
   const char* client = argv[1];
   const char* preload = argv[2];
   const char* settings = argv[3];
@@ -249,7 +249,7 @@ extern "C" [[noreturn]] void loader_main(uint64_t* initial_sp) {
   // A static program gets the static host as the dynamic loader's program.
   const bool is_static = app.plan.interp_size == 0;
   if (is_static && static_host == nullptr)
-    fail(argv0, "statically linked programs are not supported yet");
+    fail(argv0, "a statically linked program needs the static host (--static-host)");
   const loaded host = is_static ? load(static_host, static_host, page) : app;
   if (host.plan.interp_size == 0) fail(static_host, "the static host has no interpreter");
   const char* interp_path = reinterpret_cast<const char*>(host.file + host.plan.interp_offset);
