@@ -6,6 +6,8 @@
 #include <pthread.h>
 
 #include <cstdint>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace {
@@ -59,6 +61,20 @@ int64_t ctor_lib_table_sum() {
   int64_t s = 0;
   for (int32_t x : table) s += x;
   return s;
+}
+
+// The program's C++ library (the shared one) unwinds through SVE code while
+// zorvo's own copy lives in the client.
+int64_t ctor_lib_sum_or_throw(int n) {
+  try {
+    int32_t numbers[64];
+    for (int i = 0; i < 64; ++i) numbers[i] = i;
+    const int64_t total = sve_sum(numbers, n < 64 ? n : 64);
+    if (n > 64) throw std::out_of_range("more than 64");
+    return total;
+  } catch (const std::out_of_range& e) {
+    return -static_cast<int64_t>(std::string(e.what()).size());
+  }
 }
 
 using choice = int (*)();

@@ -12,6 +12,7 @@ int64_t ctor_lib_sum(void);
 int64_t ctor_lib_thread_sum(void);
 int64_t ctor_lib_table_sum(void);
 int ctor_lib_vector_kind(void);
+int64_t ctor_lib_sum_or_throw(int n);
 
 static int32_t values[333];
 static uint64_t preinit_lanes, constructor_lanes;
@@ -50,6 +51,8 @@ int main(void) {
          (long long)ctor_lib_table_sum());
   printf("library constructor's thread: sum %lld\n", (long long)ctor_lib_thread_sum());
   printf("library ifunc: kind %d\n", ctor_lib_vector_kind());
+  printf("library exceptions: %lld %lld\n", (long long)ctor_lib_sum_or_throw(50),
+         (long long)ctor_lib_sum_or_throw(70));
   fflush(stdout);
   pthread_t t;
   pthread_create(&t, NULL, thread_start, NULL);
