@@ -17,6 +17,7 @@
 #include <cstring>
 
 #include "app_hooks.h"
+#include "preload.h"
 
 extern "C" const app_hooks* zorvo_app_hooks;
 
@@ -48,9 +49,9 @@ size_t relaunch_words() {
   return n;
 }
 
-// The launcher command, then --argv0 ARGV0 -- PATH ARGS..., into `out`,
-// which has room for relaunch_words() + count(argv) + 5 pointers; the words
-// are cut from `text`, a copy of the command.
+// The launcher command, then [--vl-inherit] --argv0 ARGV0 -- PATH ARGS...,
+// into `out`, which has room for relaunch_words() + count(argv) + 6
+// pointers; the words are cut from `text`, a copy of the command.
 char** relaunch_argv(char* text, const char* path, char* const argv[], char** out) {
   size_t n = 0;
   for (char* w = text;;) {
@@ -59,7 +60,9 @@ char** relaunch_argv(char* text, const char* path, char* const argv[], char** ou
     if (w == nullptr) break;
     *w++ = 0;
   }
-  static char argv0_option[] = "--argv0", separator[] = "--";
+  static char inherit_option[] = "--vl-inherit", argv0_option[] = "--argv0", separator[] = "--";
+  // As a kernel keeps the flag across exec.
+  if (zorvo_preload::vector_length_inherited()) out[n++] = inherit_option;
   out[n++] = argv0_option;
   out[n++] = argv && argv[0] ? argv[0] : const_cast<char*>(path);
   out[n++] = separator;
@@ -73,11 +76,23 @@ bool relaunch(const char* path) {
   return zorvo_app_hooks && *zorvo_app_hooks->relaunch && is_aarch64_program(path);
 }
 
+// Files under /proc/self/ name what they stand for in the new process, not
+// in this one: the program's own file, or the file behind a descriptor.
+const char* outside_proc_self(const char* path, char* buffer, size_t size) {
+  if (std::strncmp(path, "/proc/self/", 11) != 0) return path;
+  if (std::strcmp(path + 11, "exe") == 0 && zorvo_app_hooks->program_path)
+    return zorvo_app_hooks->program_path;
+  const ssize_t n = readlink(path, buffer, size - 1);
+  if (n <= 0 || buffer[0] != '/') return path;
+  buffer[n] = 0;
+  return buffer;
+}
+
 // Stack memory only: exec may follow vfork.
 #define RELAUNCH_ARGV(args, path, argv)                                                            \
   char* args##_text = static_cast<char*>(alloca(std::strlen(zorvo_app_hooks->relaunch) + 1));      \
   std::strcpy(args##_text, zorvo_app_hooks->relaunch);                                             \
-  char** args = static_cast<char**>(alloca((relaunch_words() + count(argv) + 5) * sizeof(char*))); \
+  char** args = static_cast<char**>(alloca((relaunch_words() + count(argv) + 6) * sizeof(char*))); \
   relaunch_argv(args##_text, path, argv, args)
 
 using execve_fn = int (*)(const char*, char* const[], char* const[]);
@@ -106,6 +121,8 @@ int execve(const char* path, char* const argv[], char* const envp[]) noexcept {
   static const auto real = next_definition<execve_fn>("execve");
   if (zorvo_app_hooks) zorvo_app_hooks->before_exec();
   if (!relaunch(path)) return real(path, argv, envp);
+  char target[4096];
+  path = outside_proc_self(path, target, sizeof target);
   RELAUNCH_ARGV(args, path, argv);
   return real(args[0], args, envp);
 }
@@ -196,6 +213,8 @@ int posix_spawn(pid_t* pid, const char* path, const posix_spawn_file_actions_t* 
                            const posix_spawnattr_t*, char* const[], char* const[]);
   static const auto real = next_definition<spawn_fn>("posix_spawn");
   if (!relaunch(path)) return real(pid, path, actions, attr, argv, envp);
+  char target[4096];
+  path = outside_proc_self(path, target, sizeof target);
   RELAUNCH_ARGV(args, path, argv);
   return real(pid, args[0], actions, attr, args, envp);
 }

@@ -13,6 +13,7 @@
 #include <cstdlib>
 
 #include "app_hooks.h"
+#include "preload.h"
 
 extern "C" {
 __attribute__((visibility("default"))) const app_hooks* zorvo_app_hooks = nullptr;
@@ -61,6 +62,8 @@ void fork_child() { zorvo_app_hooks->fork_child(); }
 
 __attribute__((constructor)) void interposer_start() {
   if (zorvo_app_hooks == nullptr) return;
+  // The flag the program exec'd with, kept as a kernel keeps it.
+  vl_inherit = zorvo_app_hooks->vector_length_inherited;
   pthread_atfork(fork_prepare, fork_parent, fork_child);
   // Registered before the program's main: runs after every atexit handler
   // the program registers from there on.
@@ -92,6 +95,8 @@ int sve_vector_length_control(int option, unsigned long arg) {
 }
 
 } // namespace
+
+bool zorvo_preload::vector_length_inherited() { return vl_inherit; }
 
 extern "C" {
 

@@ -25,9 +25,14 @@ struct app_hooks {
   void (*fork_parent)();
   void (*fork_child)();
   int vector_bytes;
+  // PR_SVE_VL_INHERIT was set in the thread that exec'd this program.
+  bool vector_length_inherited;
   // The command that starts a program under zorvo with this run's options,
   // words separated by '\x1f'; an exec'd AArch64 program goes through it.
   const char* relaunch;
+  // The program's file, for an exec of /proc/self/exe (which names the
+  // loader).
+  const char* program_path;
 };
 
 // The interposer's variable that receives the table.

@@ -51,6 +51,7 @@ struct launch_settings {
   const char* app = nullptr;
   const char* relaunch = "";
   int vector_bytes = 48;
+  bool vector_length_inherited = false;
   bool static_program = false; // statically linked, started by the static host
 };
 
@@ -80,6 +81,8 @@ launch_settings read_settings(char* text) {
         s.relaunch = value;
       else if (!std::strcmp(field, "vector_bytes"))
         s.vector_bytes = std::atoi(value);
+      else if (!std::strcmp(field, "vl_inherit"))
+        s.vector_length_inherited = *value == '1';
       else if (!std::strcmp(field, "loglevel"))
         settings.log_level = std::atoi(value);
       else if (!std::strcmp(field, "stats"))
@@ -264,9 +267,21 @@ __attribute__((constructor)) void runtime_start() {
   site_patching_init();
   take_sigill();
   take_fault_signals();
-  hooks_for_application = {&sigaction,      &sigprocmask,    &pthread_sigmask,    thread_started,
-                           thread_exiting,  on_process_exit, before_exec,         run_fork_prepare,
-                           run_fork_parent, fork_child,      launch.vector_bytes, launch.relaunch};
+  app_hooks& hooks = hooks_for_application;
+  hooks.sigaction = &sigaction;
+  hooks.sigprocmask = &sigprocmask;
+  hooks.pthread_sigmask = &pthread_sigmask;
+  hooks.thread_started = thread_started;
+  hooks.thread_exiting = thread_exiting;
+  hooks.process_exiting = on_process_exit;
+  hooks.before_exec = before_exec;
+  hooks.fork_prepare = run_fork_prepare;
+  hooks.fork_parent = run_fork_parent;
+  hooks.fork_child = fork_child;
+  hooks.vector_bytes = launch.vector_bytes;
+  hooks.vector_length_inherited = launch.vector_length_inherited;
+  hooks.relaunch = launch.relaunch;
+  hooks.program_path = launch.app ? realpath(launch.app, nullptr) : nullptr;
   owner = getpid();
   // The client's constructors, which run next, install its fault handlers.
   client_loading(true);

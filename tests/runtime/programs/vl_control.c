@@ -1,11 +1,13 @@
 // The vector length controls behave as on a kernel whose processor offers
 // exactly one length, 48 bytes: every valid request gets that length, the
 // inherit flag is kept per thread and passed to new threads, bad requests
-// fail with EINVAL. The reference processor offers more lengths, so this
+// fail with EINVAL; an exec keeps the flag. The reference processor offers
+// more lengths, so this
 // program checks itself instead of being compared with it.
 #include <errno.h>
 #include <pthread.h>
 #include <stdio.h>
+#include <string.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -26,7 +28,13 @@ static void* thread_main(void* arg) {
   return NULL;
 }
 
-int main(void) {
+int main(int argc, char** argv) {
+  // After an exec from a thread with the inherit flag set, the flag stays.
+  if (argc > 1 && strcmp(argv[1], "exec'd") == 0) {
+    expect("exec keeps the flag", prctl(PR_SVE_GET_VL), 48 | PR_SVE_VL_INHERIT, 0);
+    printf("%s\n", failures ? "after exec: FAILED" : "after exec: ok");
+    return failures != 0;
+  }
   expect("get", prctl(PR_SVE_GET_VL), 48, 0);
   // Shorter and longer requests get the one length there is.
   expect("set 16", prctl(PR_SVE_SET_VL, 16), 48, 0);
@@ -53,8 +61,14 @@ int main(void) {
   waitpid(child, &status, 0);
   expect("fork keeps the flag", WEXITSTATUS(status), 0, 0);
   expect("clear inherit", prctl(PR_SVE_SET_VL, 48), 48, 0);
+  expect("set inherit again", prctl(PR_SVE_SET_VL, 48 | PR_SVE_VL_INHERIT), 48 | PR_SVE_VL_INHERIT,
+         0);
   // Other options still reach the kernel.
   expect("other options", prctl(PR_GET_DUMPABLE) >= 0, 1, 0);
   printf("%s\n", failures ? "vector length controls: FAILED" : "vector length controls: ok");
-  return failures != 0;
+  if (failures) return 1;
+  fflush(stdout);
+  execl("/proc/self/exe", argv[0], "exec'd", (char*)NULL);
+  printf("FAIL exec: errno %d\n", errno);
+  return 1;
 }
