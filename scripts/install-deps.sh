@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   g++-aarch64-linux-gnu
-  g++ # zorvo-trace for the build machine
+  g++ # zorvo-trace and the ELF mutation test (with its sanitizers) for the build machine
   binutils-aarch64-linux-gnu
   qemu-user
   cmake

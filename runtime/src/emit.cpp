@@ -187,8 +187,21 @@ void dr_insert_call_zorvo(void* drcontext, instrlist_t* ilist, instr_t* where, a
     mov_immed(emit, reg_id_t(DR_REG_X0 + i), static_cast<uint64_t>(opnd_get_immed_int(arg)));
   }
   va_end(ap);
+  // A static program's thread pointer is its own C library's; the callee
+  // runs with the runtime's (X16 is saved with the others).
+  const bool switch_tp = separate_thread_pointer();
+  if (switch_tp) {
+    emit(INSTR_CREATE_mrs(drcontext, x(16), reg(DR_REG_TPIDR_EL0)));
+    emit(INSTR_CREATE_str(drcontext, block_word(kAppTpOffset), x(16)));
+    emit(INSTR_CREATE_ldr(drcontext, x(16), block_word(kRuntimeTpOffset)));
+    emit(INSTR_CREATE_msr(drcontext, reg(DR_REG_TPIDR_EL0), x(16)));
+  }
   mov_immed(emit, DR_REG_X16, reinterpret_cast<uint64_t>(callee));
   emit(INSTR_CREATE_blr(drcontext, x(16)));
+  if (switch_tp) {
+    emit(INSTR_CREATE_ldr(drcontext, x(16), block_word(kAppTpOffset)));
+    emit(INSTR_CREATE_msr(drcontext, reg(DR_REG_TPIDR_EL0), x(16)));
+  }
   restore_caller_saved(emit);
   switch_to_app_stack(emit);
 }

@@ -50,13 +50,18 @@ bool client_running(const ucontext_t* uc) {
 // handler; one of the emulator's goes to the client's. Sent signals are the
 // application's alone.
 void on_fault(int sig, siginfo_t* info, void* context) {
+  const uint64_t app_tp = enter_runtime_tls();
   const int saved_errno = errno;
   auto* uc = static_cast<ucontext_t*>(context);
   fault_actions& actions = actions_of(sig);
   const bool clients =
       info->si_code > 0 && (client_running(uc) || !has_handler(actions.application));
-  run_handler(clients ? &actions.client : &actions.application, sig, info, uc);
+  if (clients)
+    run_handler(&actions.client, sig, info, uc);
+  else
+    run_handler(&actions.application, sig, info, uc, app_tp);
   errno = saved_errno;
+  leave_runtime_tls(app_tp);
 }
 
 struct segment_search {

@@ -1,7 +1,12 @@
 // Start and end of the process under the runtime: the launcher's settings,
-// the client's entry, the first thread, and the exit events.
+// the environment and auxiliary vector the program sees, the client's entry,
+// the first thread, and the exit events.
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <link.h>
+#include <sys/auxv.h>
+#include <sys/mman.h>
+#include <sys/single_threaded.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -9,9 +14,11 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "app_hooks.h"
 #include "runtime.h"
 #include "signals.h"
 #include "sites.h"
+#include "static_handoff.h"
 #include "thread.h"
 
 std::atomic<bool> runtime_ready;
@@ -21,36 +28,137 @@ std::atomic<long> exiting_thread;
 namespace {
 
 constexpr int kMaxClientArgs = 64;
-// The launcher separates the client's arguments by this byte.
+// The launcher separates the client's arguments, and the relaunch command's
+// words, by this byte; and the settings by the next.
 constexpr char kArgSeparator = '\x1f';
+constexpr char kSettingSeparator = '\x1e';
 // The runtime's copies of the standard handles sit this high, out of the
 // way of the application's own descriptors.
 constexpr int kPrivateFdBase = 900;
+// The loader appends this many variables to the environment: LD_AUDIT,
+// LD_PRELOAD, ZORVO_SETTINGS and a pad (see runtime/loader/loader.cpp).
+constexpr int kLoaderVariables = 4;
 
 char* client_arg_storage;
+
+void static_program_exiting();
+void on_process_exit();
+
+struct launch_settings {
+  const char* client = nullptr;
+  const char* client_args = "";
+  const char* trace_dir = nullptr;
+  const char* app = nullptr;
+  const char* relaunch = "";
+  int vector_bytes = 48;
+  bool vector_length_inherited = false;
+  bool static_program = false; // statically linked, started by the static host
+};
 
 [[noreturn]] void fail(const char* what, const char* detail) {
   std::fprintf(stderr, "zorvo: %s%s%s\n", what, detail ? ": " : "", detail ? detail : "");
   _exit(1);
 }
 
-int env_int(const char* name, int fallback) {
-  const char* v = getenv(name);
-  return v && *v ? std::atoi(v) : fallback;
+// ZORVO_SETTINGS holds key=value fields, written by the launcher.
+launch_settings read_settings(char* text) {
+  launch_settings s;
+  for (char* field = text; field != nullptr;) {
+    char* next = std::strchr(field, kSettingSeparator);
+    if (next) *next++ = 0;
+    char* value = std::strchr(field, '=');
+    if (value) {
+      *value++ = 0;
+      if (!std::strcmp(field, "client"))
+        s.client = value;
+      else if (!std::strcmp(field, "client_args"))
+        s.client_args = value;
+      else if (!std::strcmp(field, "trace_dir"))
+        s.trace_dir = value;
+      else if (!std::strcmp(field, "app"))
+        s.app = value;
+      else if (!std::strcmp(field, "relaunch"))
+        s.relaunch = value;
+      else if (!std::strcmp(field, "vector_bytes"))
+        s.vector_bytes = std::atoi(value);
+      else if (!std::strcmp(field, "vl_inherit"))
+        s.vector_length_inherited = *value == '1';
+      else if (!std::strcmp(field, "loglevel"))
+        settings.log_level = std::atoi(value);
+      else if (!std::strcmp(field, "stats"))
+        settings.print_stats = *value == '1';
+      else if (!std::strcmp(field, "entry_by_signal"))
+        settings.entry_by_signal = *value == '1';
+      else if (!std::strcmp(field, "static"))
+        s.static_program = *value == '1';
+    }
+    field = next;
+  }
+  return s;
 }
 
-// The variables the launcher set for the runtime go, and LD_PRELOAD returns
-// to what the user had, so the application sees its own environment.
-void restore_environment() {
-  const char* saved = getenv("ZORVO_SAVED_LD_PRELOAD");
-  if (saved && *saved == '=')
-    setenv("LD_PRELOAD", saved + 1, 1);
-  else
-    unsetenv("LD_PRELOAD");
-  static const char* const kOwnVariables[] = {
-      "ZORVO_SAVED_LD_PRELOAD", "ZORVO_CLIENT",   "ZORVO_CLIENT_ARGS",    "ZORVO_STATS",
-      "ZORVO_LOGLEVEL",         "ZORVO_LAUNCHED", "ZORVO_ENTRY_BY_SIGNAL"};
-  for (const char* name : kOwnVariables) unsetenv(name);
+bool has_prefix(const char* s, const char* prefix) {
+  return std::strncmp(s, prefix, std::strlen(prefix)) == 0;
+}
+
+// The loader's variables end the environment, followed by the auxiliary
+// vector, whose first kLoaderVariables / 2 entries are AT_IGNORE. The
+// variables go, and the auxiliary vector moves down over them, so that the
+// environment and the auxiliary vector lie where the kernel would have put
+// them for code that walks the stack; the dynamic loader, which kept the
+// vector's old address, now starts past the AT_IGNORE entries.
+void take_loader_variables_out(char** env) {
+  int n = 0;
+  while (env[n]) ++n;
+  if (n < kLoaderVariables) return;
+  char** ours = env + n - kLoaderVariables;
+  if (!has_prefix(ours[0], "LD_AUDIT=") || !has_prefix(ours[2], "ZORVO_SETTINGS=")) return;
+  auto* aux = reinterpret_cast<unsigned long*>(env + n + 1);
+  int words = 0;
+  while (aux[words] != AT_NULL) words += 2;
+  words += 2;
+  for (int i = 0; i < words; i += 2) {
+    if (aux[i] == AT_HWCAP) aux[i + 1] |= HWCAP_SVE;
+    if (aux[i] == loader::kStaticExitHook)
+      aux[i + 1] = reinterpret_cast<unsigned long>(static_program_exiting);
+  }
+  ours[0] = nullptr;
+  std::memmove(ours + 1, aux, words * sizeof(unsigned long));
+}
+
+// The dynamic loader started on a processor without SVE, so that both C
+// libraries in the process (the application's and the runtime's) chose
+// string functions without SVE: the runtime's must never raise SIGILL, and
+// the application's run faster natively than emulated, with the same
+// results. Now HWCAP_SVE goes into the dynamic loader's copy of AT_HWCAP,
+// before any of the application's objects is relocated, so that its ifunc
+// resolvers and getauxval see SVE. The copy is the one word of the dynamic
+// loader's read-only globals that holds AT_HWCAP's value.
+void present_sve() {
+  const unsigned long hwcap = getauxval(AT_HWCAP);
+  void* globals = dlsym(RTLD_DEFAULT, "_rtld_global_ro");
+  Dl_info info;
+  void* symbol_entry = nullptr;
+  if (globals == nullptr || dladdr1(globals, &info, &symbol_entry, RTLD_DL_SYMENT) == 0 ||
+      symbol_entry == nullptr)
+    fail("cannot find the dynamic loader's copy of AT_HWCAP", nullptr);
+  const auto* symbol = static_cast<const ElfW(Sym)*>(symbol_entry);
+  auto* words = static_cast<unsigned long*>(globals);
+  const size_t count = symbol->st_size / sizeof(unsigned long);
+  unsigned long* found = nullptr;
+  for (size_t i = 0; i < count; ++i) {
+    if (words[i] != hwcap) continue;
+    if (found) fail("cannot tell the dynamic loader's copy of AT_HWCAP", nullptr);
+    found = words + i;
+  }
+  if (found == nullptr) fail("cannot find the dynamic loader's copy of AT_HWCAP", nullptr);
+  const long page = sysconf(_SC_PAGESIZE);
+  void* start = reinterpret_cast<void*>(reinterpret_cast<uintptr_t>(found) & ~(page - 1));
+  if (mprotect(start, page, PROT_READ | PROT_WRITE) != 0)
+    fail("cannot present SVE to the dynamic loader", nullptr);
+  // Left writable: the dynamic loader makes its read-only data read-only
+  // itself, once it has relocated the program.
+  *found |= HWCAP_SVE;
 }
 
 void keep_private_handles() {
@@ -60,19 +168,22 @@ void keep_private_handles() {
   if (out >= 0) our_stdout = out;
 }
 
-void load_client(const char* path, const char* args) {
-  // The client's constructors install its fault handlers.
-  client_loading(true);
-  void* lib = dlopen(path, RTLD_NOW | RTLD_GLOBAL);
+// The client is the audit module the dynamic loader loaded, with the
+// runtime among its dependencies: it is in memory, its constructors ran after
+// the runtime's, and it gets its entry call now.
+void start_client(const char* path, const char* args) {
   client_loading(false);
-  if (lib == nullptr) fail("cannot load the client", dlerror());
-  note_client_code(lib);
-  const auto* version = static_cast<const int*>(dlsym(lib, "_USES_DR_VERSION_"));
+  using entry_fn = void (*)(client_id_t, int, const char**);
+  const auto entry = reinterpret_cast<entry_fn>(dlsym(RTLD_DEFAULT, "dr_client_main"));
+  if (entry == nullptr) fail("the client has no dr_client_main", path);
+  Dl_info info;
+  void* client_map = nullptr;
+  if (dladdr1(reinterpret_cast<void*>(entry), &info, &client_map, RTLD_DL_LINKMAP) == 0)
+    fail("cannot find the client's code", path);
+  note_client_code(client_map);
+  const auto* version = static_cast<const int*>(dlsym(client_map, "_USES_DR_VERSION_"));
   if (version == nullptr || *version < 700)
     fail("the client was not built for interface version 700", path);
-  using entry_fn = void (*)(client_id_t, int, const char**);
-  const auto entry = reinterpret_cast<entry_fn>(dlsym(lib, "dr_client_main"));
-  if (entry == nullptr) fail("the client has no dr_client_main", path);
 
   static const char* argv[kMaxClientArgs + 1];
   int argc = 0;
@@ -99,6 +210,14 @@ void print_counters() {
              static_cast<unsigned long long>(counters.fragment_entries.load()));
 }
 
+// A static program's start registers this for exit, as it would the dynamic
+// loader's function: it runs with the program's thread pointer.
+void static_program_exiting() {
+  const uint64_t app_tp = enter_runtime_tls();
+  on_process_exit();
+  leave_runtime_tls(app_tp);
+}
+
 void on_process_exit() {
   exiting_thread = syscall(SYS_gettid);
   if (runtime_shut_down.exchange(true)) return;
@@ -107,27 +226,78 @@ void on_process_exit() {
   if (settings.print_stats) print_counters();
 }
 
+void thread_started() { attach_thread(); }
+
+void thread_exiting() {
+  if (rt_thread* t = current_thread()) detach_thread(t);
+}
+
+// The process the runtime's state belongs to; a vfork child shares it.
+pid_t owner;
+
+void before_exec() {
+  if (getpid() == owner) on_process_exit();
+}
+
+void fork_child() {
+  owner = getpid();
+  run_fork_child();
+}
+
+app_hooks hooks_for_application;
+launch_settings launch;
+bool launched;
+
 __attribute__((constructor)) void runtime_start() {
-  settings.log_level = env_int("ZORVO_LOGLEVEL", 0);
-  settings.print_stats = env_int("ZORVO_STATS", 0) != 0;
-  settings.entry_by_signal = env_int("ZORVO_ENTRY_BY_SIGNAL", 0) != 0;
-  const char* client = getenv("ZORVO_CLIENT");
-  const char* client_args = getenv("ZORVO_CLIENT_ARGS");
-  char* client_path = client && *client ? strdup(client) : nullptr;
-  char* args = client_args ? strdup(client_args) : nullptr;
-  if (getenv("ZORVO_LAUNCHED")) restore_environment();
+  const char* text = getenv("ZORVO_SETTINGS");
+  if (text == nullptr) return; // not started by the loader: stay out of the way
+  launch = read_settings(strdup(text));
+  launched = true;
+  if (launch.static_program) keep_runtime_thread_pointer();
+  take_loader_variables_out(environ);
+  present_sve();
+  // From here on the environment is the runtime's namespace's own copy.
+  if (launch.trace_dir) setenv("ZORVO_TRACE_DIR", launch.trace_dir, 1);
+  // This namespace's C library never sees the application's threads start.
+  __libc_single_threaded = 0;
 
   resolve_libc_functions();
   keep_private_handles();
-  read_application_name();
-  thread_exit_hook_init();
+  set_application_name(launch.app);
   site_patching_init();
   take_sigill();
   take_fault_signals();
-  if (client_path) load_client(client_path, args);
-  if (attach_thread() == nullptr) fail("no memory for the first thread", nullptr);
-  std::atexit(on_process_exit);
-  runtime_ready = true;
+  app_hooks& hooks = hooks_for_application;
+  hooks.sigaction = &sigaction;
+  hooks.sigprocmask = &sigprocmask;
+  hooks.pthread_sigmask = &pthread_sigmask;
+  hooks.thread_started = thread_started;
+  hooks.thread_exiting = thread_exiting;
+  hooks.process_exiting = on_process_exit;
+  hooks.before_exec = before_exec;
+  hooks.fork_prepare = run_fork_prepare;
+  hooks.fork_parent = run_fork_parent;
+  hooks.fork_child = fork_child;
+  hooks.vector_bytes = launch.vector_bytes;
+  hooks.vector_length_inherited = launch.vector_length_inherited;
+  hooks.relaunch = launch.relaunch;
+  hooks.program_path = launch.app ? realpath(launch.app, nullptr) : nullptr;
+  owner = getpid();
+  // The client's constructors, which run next, install its fault handlers.
+  client_loading(true);
 }
 
 } // namespace
+
+const app_hooks* runtime_app_hooks() { return &hooks_for_application; }
+
+const char* application_path() { return launch.app; }
+
+// Called when the dynamic loader maps the application's first object: the
+// client is loaded and initialised by then.
+void start_runtime() {
+  if (runtime_ready || !launched) return;
+  start_client(launch.client ? launch.client : "client", launch.client_args);
+  if (attach_thread() == nullptr) fail("no memory for the first thread", nullptr);
+  runtime_ready = true;
+}

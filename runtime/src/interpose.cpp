@@ -1,12 +1,12 @@
 // The C library functions the runtime stands in front of, so that the
 // application keeps its view of SIGILL, SIGSEGV and SIGBUS while the runtime
-// owns them, and so that every thread is known to the runtime before it runs.
-#include <dlfcn.h>
-#include <pthread.h>
+// owns them. The client's calls bind to these directly; the application's
+// come through the interposer (preload/).
 #include <signal.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
-#include <cstdlib>
 
 #include "runtime.h"
 #include "signals.h"
@@ -14,17 +14,17 @@
 
 namespace {
 
-struct thread_start {
-  void* (*routine)(void*);
-  void* arg;
+// Fork handlers of the runtime's namespace (the client's, the trace
+// sink's, the runtime's own). The application's C library runs its own
+// handlers only, so the interposer passes its fork on to these.
+struct fork_handler {
+  void (*prepare)();
+  void (*parent)();
+  void (*child)();
 };
-
-void* start_attached(void* p) {
-  const thread_start start = *static_cast<thread_start*>(p);
-  std::free(p);
-  attach_thread();
-  return start.routine(start.arg);
-}
+constexpr int kMaxForkHandlers = 32;
+fork_handler fork_handlers[kMaxForkHandlers];
+std::atomic<int> fork_handler_count;
 
 // A mask that blocks one of the runtime's signals would make the next SVE
 // word, or the next probe of an unreadable page, fatal.
@@ -79,17 +79,29 @@ int sigprocmask(int how, const sigset_t* set, sigset_t* old) noexcept {
   return libc.sigprocmask(how, how == SIG_UNBLOCK ? set : without_runtime_signals(set, &copy), old);
 }
 
-int pthread_create(pthread_t* thread, const pthread_attr_t* attr, void* (*routine)(void*),
-                   void* arg) noexcept {
-  using create_fn = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
-  static const auto real_create = reinterpret_cast<create_fn>(dlsym(RTLD_NEXT, "pthread_create"));
-  if (!runtime_ready) return real_create(thread, attr, routine, arg);
-  auto* start = static_cast<thread_start*>(std::malloc(sizeof(thread_start)));
-  if (start == nullptr) return EAGAIN;
-  *start = {routine, arg};
-  const int rc = real_create(thread, attr, start_attached, start);
-  if (rc != 0) std::free(start);
-  return rc;
+// pthread_atfork, in every object of the runtime's namespace, comes here.
+int __register_atfork(void (*prepare)(), void (*parent)(), void (*child)(), void*) noexcept {
+  const int n = fork_handler_count.fetch_add(1);
+  if (n >= kMaxForkHandlers) return ENOMEM;
+  fork_handlers[n] = {prepare, parent, child};
+  return 0;
 }
 
 } // extern "C"
+
+// In the order the C library runs them: prepare handlers last registered
+// first, the others first registered first.
+void run_fork_prepare() {
+  for (int i = std::min(fork_handler_count.load(), kMaxForkHandlers) - 1; i >= 0; --i)
+    if (fork_handlers[i].prepare) fork_handlers[i].prepare();
+}
+
+void run_fork_parent() {
+  for (int i = 0; i < std::min(fork_handler_count.load(), kMaxForkHandlers); ++i)
+    if (fork_handlers[i].parent) fork_handlers[i].parent();
+}
+
+void run_fork_child() {
+  for (int i = 0; i < std::min(fork_handler_count.load(), kMaxForkHandlers); ++i)
+    if (fork_handlers[i].child) fork_handlers[i].child();
+}

@@ -36,5 +36,11 @@ void run_thread_exit_events(void* drcontext);
 void run_app2app_events(void* drcontext, void* tag, instrlist_t* bb);
 void run_exit_events();
 
-// The basename of the executable, read at load.
-void read_application_name();
+// The application's name as dr_get_application_name reports it: the
+// basename of PATH.
+void set_application_name(const char* path);
+
+// The fork handlers registered in the runtime's namespace (interpose.cpp).
+void run_fork_prepare();
+void run_fork_parent();
+void run_fork_child();

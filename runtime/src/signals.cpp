@@ -13,6 +13,7 @@
 #include "fragments.h"
 #include "runtime.h"
 #include "sites.h"
+#include "thread.h"
 
 libc_functions libc;
 
@@ -90,7 +91,8 @@ void remove_runtime_signals(sigset_t* set) {
   sigdelset(set, SIGBUS);
 }
 
-void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, ucontext_t* uc) {
+void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, ucontext_t* uc,
+                 uint64_t app_tp) {
   const struct sigaction action = *action_in_force;
   if (action.sa_handler == SIG_IGN && info->si_code <= 0) return;
   if (action.sa_handler == SIG_DFL || action.sa_handler == SIG_IGN) {
@@ -104,21 +106,28 @@ void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, uc
   // The runtime's signals stay open: the handler may itself run SVE code.
   remove_runtime_signals(&mask);
   libc.pthread_sigmask(SIG_SETMASK, &mask, &old);
+  // The handler runs with the program's thread pointer, the runtime's
+  // again after it.
+  const uint64_t runtime_tp = reinterpret_cast<uint64_t>(__builtin_thread_pointer());
+  if (app_tp) set_thread_pointer(app_tp);
   if (action.sa_flags & SA_SIGINFO)
     action.sa_sigaction(sig, info, uc);
   else
     action.sa_handler(sig);
+  if (app_tp) set_thread_pointer(runtime_tp);
   libc.pthread_sigmask(SIG_SETMASK, &old, nullptr);
 }
 
 namespace {
 
 void on_sigill(int sig, siginfo_t* info, void* context) {
+  const uint64_t app_tp = enter_runtime_tls();
   const int saved_errno = errno;
   ++counters.signals;
   auto* uc = static_cast<ucontext_t*>(context);
-  if (!take_over(info, uc)) run_handler(&app_action, sig, info, uc);
+  if (!take_over(info, uc)) run_handler(&app_action, sig, info, uc, app_tp);
   errno = saved_errno;
+  leave_runtime_tls(app_tp);
 }
 
 template <typename F> F next_definition(const char* name) {

@@ -4,6 +4,8 @@
 // three.
 #pragma once
 
+#include <cstdint>
+
 #include <signal.h>
 #include <ucontext.h>
 
@@ -24,7 +26,10 @@ void application_sigill_action(const struct sigaction* act, struct sigaction* ol
 // What the kernel would do with the signal under this action: run the
 // handler (with the action's mask, but never blocking the runtime's own
 // signals), ignore a sent signal, or end the process by it.
-void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, ucontext_t* uc);
+// app_tp: the program's thread pointer when it is not the runtime's (static
+// programs), which the handler gets while it runs.
+void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, ucontext_t* uc,
+                 uint64_t app_tp = 0);
 // Masks never block the runtime's signals: a blocked SIGILL makes the next
 // SVE word fatal, a blocked SIGSEGV the next probe of an unreadable page.
 void remove_runtime_signals(sigset_t* set);

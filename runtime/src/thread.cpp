@@ -1,15 +1,20 @@
 #include "thread.h"
 
-#include <pthread.h>
+#include <dlfcn.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+
+#include <atomic>
 
 #include "fragments.h"
 #include "runtime.h"
 #include "sites.h"
 
 namespace {
+
+// The AArch64 TCB is {dtv, a word the C library does not use}.
+constexpr ptrdiff_t kTcbUnusedWordOffset = 8;
 
 // Emulation calls run here: a decoder, the generic tier's values on its
 // stack, and a fault handler on top of them.
@@ -18,13 +23,6 @@ constexpr size_t kGuardSize = 4096;
 
 __thread rt_thread* current __attribute__((tls_model("initial-exec")));
 
-pthread_key_t exit_key;
-
-void on_thread_exit(void* value) {
-  auto* t = static_cast<rt_thread*>(value);
-  if (t != nullptr && t == current) detach_thread(t);
-}
-
 size_t thread_record_size() { return (sizeof(rt_thread) + 4095) & ~size_t(4095); }
 
 } // namespace
@@ -32,6 +30,9 @@ size_t thread_record_size() { return (sizeof(rt_thread) + 4095) & ~size_t(4095);
 rt_thread* current_thread() { return current; }
 
 ptrdiff_t current_thread_tls_offset() {
+  // A static program's thread pointer is its own: its TCB's second word,
+  // which the C library leaves unused, holds the runtime's thread.
+  if (separate_thread_pointer()) return kTcbUnusedWordOffset;
   return reinterpret_cast<char*>(&current) - static_cast<char*>(__builtin_thread_pointer());
 }
 
@@ -48,15 +49,14 @@ rt_thread* attach_thread() {
   mprotect(t->stack, kGuardSize, PROT_NONE);
   t->block.stack_top = reinterpret_cast<reg_t>(t->stack + t->stack_size);
   t->tid = static_cast<pid_t>(syscall(SYS_gettid));
+  t->block.runtime_tp = reinterpret_cast<reg_t>(__builtin_thread_pointer());
   current = t;
-  pthread_setspecific(exit_key, t);
   run_thread_init_events(t);
   return t;
 }
 
 void detach_thread(rt_thread* t) {
   run_thread_exit_events(t);
-  pthread_setspecific(exit_key, nullptr);
   if (current == t) current = nullptr;
   counters.fragment_entries += t->block.branch_entries;
   release_site_entries(t);
@@ -67,4 +67,100 @@ void detach_thread(rt_thread* t) {
   unmap_pages(t, thread_record_size());
 }
 
-void thread_exit_hook_init() { pthread_key_create(&exit_key, on_thread_exit); }
+namespace {
+
+// Plain globals, read before the thread pointer is the runtime's: each
+// thread's runtime thread pointer, by thread id. Entries are never removed;
+// a new thread with an old one's id takes over its block.
+struct runtime_tls_of_thread {
+  std::atomic<long> tid;
+  uint64_t tp;
+};
+constexpr int kMaxStaticThreads = 4096;
+runtime_tls_of_thread runtime_tls[kMaxStaticThreads];
+std::atomic<int> runtime_tls_count;
+bool static_program;
+// The dynamic loader's allocation of a thread's static TLS and thread block.
+using allocate_tls_fn = void* (*)(void*);
+allocate_tls_fn allocate_tls;
+
+uint64_t read_tp() {
+  uint64_t tp;
+  asm volatile("mrs %0, tpidr_el0" : "=r"(tp));
+  return tp;
+}
+
+void write_tp(uint64_t tp) { asm volatile("msr tpidr_el0, %0" : : "r"(tp) : "memory"); }
+
+long raw_syscall(long n, long a = 0, long b = 0, long c = 0) {
+  register long x8 asm("x8") = n;
+  register long x0 asm("x0") = a;
+  register long x1 asm("x1") = b;
+  register long x2 asm("x2") = c;
+  asm volatile("svc #0" : "+r"(x0) : "r"(x8), "r"(x1), "r"(x2) : "memory");
+  return x0;
+}
+
+[[noreturn]] void no_runtime_tls() {
+  static const char message[] = "zorvo: no room for a new thread's runtime state\n";
+  raw_syscall(SYS_write, 2, reinterpret_cast<long>(message), sizeof message - 1);
+  raw_syscall(SYS_exit_group, 1);
+  __builtin_unreachable();
+}
+
+void add_runtime_tls(long tid, uint64_t tp) {
+  const int n = runtime_tls_count.load();
+  runtime_tls[n].tp = tp;
+  runtime_tls[n].tid.store(tid);
+  runtime_tls_count.store(n + 1);
+}
+
+// A thread the program's own C library made meets the runtime for the
+// first time: it gets a thread block and TLS of the dynamic loader's making,
+// initialised as for any new thread.
+uint64_t new_runtime_tls(long tid) {
+  // The dynamic loader's allocator, at this point of the process, is not
+  // made for threads.
+  static std::atomic_flag allocating = ATOMIC_FLAG_INIT;
+  while (allocating.test_and_set(std::memory_order_acquire)) {
+  }
+  void* tcb = allocate_tls && runtime_tls_count.load() < kMaxStaticThreads ? allocate_tls(nullptr)
+                                                                           : nullptr;
+  if (tcb != nullptr) add_runtime_tls(tid, reinterpret_cast<uint64_t>(tcb));
+  allocating.clear(std::memory_order_release);
+  if (tcb == nullptr) no_runtime_tls();
+  return reinterpret_cast<uint64_t>(tcb);
+}
+
+} // namespace
+
+void keep_runtime_thread_pointer() {
+  static_program = true;
+  allocate_tls = reinterpret_cast<allocate_tls_fn>(dlsym(RTLD_DEFAULT, "_dl_allocate_tls"));
+  add_runtime_tls(raw_syscall(SYS_gettid), read_tp());
+}
+
+bool separate_thread_pointer() { return static_program; }
+
+uint64_t enter_runtime_tls() {
+  if (!static_program) return 0;
+  const long tid = raw_syscall(SYS_gettid);
+  uint64_t tp = 0;
+  const int n = runtime_tls_count.load();
+  for (int i = 0; i < n && tp == 0; ++i)
+    if (runtime_tls[i].tid.load() == tid) tp = runtime_tls[i].tp;
+  if (tp == 0) tp = new_runtime_tls(tid);
+  const uint64_t app_tp = read_tp();
+  if (app_tp == tp) return 0;
+  write_tp(tp);
+  return app_tp;
+}
+
+void leave_runtime_tls(uint64_t app_tp) {
+  if (app_tp == 0) return;
+  // Where the site stubs look for the thread.
+  reinterpret_cast<rt_thread**>(app_tp + kTcbUnusedWordOffset)[0] = current;
+  write_tp(app_tp);
+}
+
+void set_thread_pointer(uint64_t tp) { write_tp(tp); }

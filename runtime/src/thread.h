@@ -21,6 +21,10 @@ struct thread_block {
   // site's stub looks it up; null until the thread has one.
   byte** site_entries;
   reg_t branch_entries; // fragment entries by branch, counted by the fragments
+  // In a statically linked program, whose C library owns TPIDR_EL0: the
+  // runtime's thread pointer, and the program's while an emulation call runs.
+  reg_t runtime_tp;
+  reg_t app_tp;
 };
 
 constexpr int kSpillOffset = offsetof(thread_block, spill);
@@ -31,6 +35,8 @@ constexpr int kCallAppSpOffset = offsetof(thread_block, call_app_sp);
 constexpr int kStackTopOffset = offsetof(thread_block, stack_top);
 constexpr int kSiteEntriesOffset = offsetof(thread_block, site_entries);
 constexpr int kBranchEntriesOffset = offsetof(thread_block, branch_entries);
+constexpr int kRuntimeTpOffset = offsetof(thread_block, runtime_tp);
+constexpr int kAppTpOffset = offsetof(thread_block, app_tp);
 
 // A block's translation: code in the thread's cache, or null when the block's
 // first instruction is one the client left alone, so that the signal at that
@@ -73,5 +79,20 @@ ptrdiff_t current_thread_tls_offset();
 rt_thread* attach_thread();
 // Runs the thread-exit events and frees everything the thread had.
 void detach_thread(rt_thread* t);
-// Registers the thread-exit hook that ends threads made by pthread_create.
-void thread_exit_hook_init();
+
+// A statically linked program's C library points TPIDR_EL0 at its own
+// thread block, where the runtime's thread-local storage (its own, its C
+// library's, the client's) is not. The runtime then keeps the thread pointer
+// it started with and switches to it on every entry: its signal handlers
+// here, emulation calls in the code they emit. Threads the program makes
+// get their runtime thread pointer when they first enter the runtime. The
+// site stubs find a static program's threads through the word of its TCB
+// that its C library does not use, which leave_runtime_tls keeps.
+void keep_runtime_thread_pointer();
+bool separate_thread_pointer();
+// Switches to the runtime's thread pointer; returns the one to give back
+// (0: nothing to give back). Uses no thread-local storage before the switch.
+uint64_t enter_runtime_tls();
+void leave_runtime_tls(uint64_t app_tp);
+// Only the switch, around an application's handler.
+void set_thread_pointer(uint64_t tp);

@@ -92,11 +92,8 @@ void dr_abort_with_code(int exit_code) { _exit(exit_code); }
 
 } // extern "C"
 
-void read_application_name() {
-  char path[4096];
-  const ssize_t n = readlink("/proc/self/exe", path, sizeof path - 1);
-  if (n <= 0) return;
-  path[n] = 0;
+void set_application_name(const char* path) {
+  if (path == nullptr) return;
   const char* slash = std::strrchr(path, '/');
   const char* name = slash ? slash + 1 : path;
   const size_t length = std::min(std::strlen(name), sizeof application_name - 1);

@@ -2,11 +2,11 @@
 
 #include <elf.h>
 #include <fcntl.h>
-#include <link.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cinttypes>
+#include <cstdint>
 #include <cstdio>
 #include <map>
 
@@ -79,25 +79,52 @@ std::string covering(const std::vector<function_symbol>& symbols, uint64_t vaddr
   return "";
 }
 
-struct loaded_object {
+// A file mapping of the process, as /proc/self/maps shows it. The maps are
+// read rather than the dynamic loader's list of objects, because the client
+// lives in a namespace of its own, which that list would be.
+struct file_mapping {
+  uint64_t start, end, offset;
   std::string path;
-  uint64_t bias;
-  std::vector<std::pair<uint64_t, uint64_t>> segments; // run-time [start, end)
 };
 
-int collect(dl_phdr_info* info, size_t, void* data) {
-  auto* objects = static_cast<std::vector<loaded_object>*>(data);
-  loaded_object o;
-  // The program itself has no name here; the kernel knows its file.
-  o.path = info->dlpi_name && *info->dlpi_name ? info->dlpi_name : "/proc/self/exe";
-  o.bias = info->dlpi_addr;
-  for (int i = 0; i < info->dlpi_phnum; ++i) {
-    const ElfW(Phdr)& ph = info->dlpi_phdr[i];
-    if (ph.p_type == PT_LOAD && (ph.p_flags & PF_X))
-      o.segments.push_back({o.bias + ph.p_vaddr, o.bias + ph.p_vaddr + ph.p_memsz});
+std::vector<file_mapping> file_mappings() {
+  std::vector<file_mapping> out;
+  FILE* maps = std::fopen("/proc/self/maps", "re");
+  if (maps == nullptr) return out;
+  char line[4096];
+  while (std::fgets(line, sizeof line, maps)) {
+    file_mapping m;
+    int path_at = 0;
+    if (std::sscanf(line, "%" SCNx64 "-%" SCNx64 " %*s %" SCNx64 " %*s %*s %n", &m.start, &m.end,
+                    &m.offset, &path_at) < 3 ||
+        line[path_at] != '/')
+      continue;
+    m.path.assign(line + path_at);
+    while (!m.path.empty() && m.path.back() == '\n') m.path.pop_back();
+    out.push_back(std::move(m));
   }
-  objects->push_back(std::move(o));
-  return 0;
+  std::fclose(maps);
+  return out;
+}
+
+// The address the file's own program headers give the byte at `offset`, or 0
+// when no loaded segment holds it.
+uint64_t vaddr_of_offset(const std::string& path, uint64_t offset) {
+  uint64_t vaddr = 0;
+  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return 0;
+  Elf64_Ehdr eh;
+  if (read_at(fd, 0, &eh, sizeof eh) && std::equal(eh.e_ident, eh.e_ident + SELFMAG, ELFMAG) &&
+      eh.e_ident[EI_CLASS] == ELFCLASS64 && eh.e_phentsize == sizeof(Elf64_Phdr)) {
+    for (unsigned i = 0; i < eh.e_phnum && vaddr == 0; ++i) {
+      Elf64_Phdr ph;
+      if (!read_at(fd, eh.e_phoff + i * sizeof ph, &ph, sizeof ph)) break;
+      if (ph.p_type == PT_LOAD && offset >= ph.p_offset && offset < ph.p_offset + ph.p_filesz)
+        vaddr = offset - ph.p_offset + ph.p_vaddr;
+    }
+  }
+  close(fd);
+  return vaddr;
 }
 
 } // namespace
@@ -107,20 +134,18 @@ std::string elf_symbol_at(const std::string& path, uint64_t vaddr) {
 }
 
 std::vector<std::string> symbolize(const std::vector<uint64_t>& addresses) {
-  std::vector<loaded_object> objects;
-  dl_iterate_phdr(collect, &objects);
+  const std::vector<file_mapping> mappings = file_mappings();
   std::map<std::string, std::vector<function_symbol>> tables;
   std::vector<std::string> names;
   for (uint64_t a : addresses) {
     std::string name;
-    for (const loaded_object& o : objects) {
-      const bool inside = std::any_of(o.segments.begin(), o.segments.end(),
-                                      [a](const auto& s) { return a >= s.first && a < s.second; });
-      if (!inside) continue;
-      auto table = tables.find(o.path);
-      if (table == tables.end()) table = tables.emplace(o.path, function_symbols(o.path)).first;
-      name = covering(table->second, a - o.bias);
-      break;
+    const auto m = std::find_if(mappings.begin(), mappings.end(),
+                                [a](const file_mapping& m) { return a >= m.start && a < m.end; });
+    if (m != mappings.end()) {
+      auto table = tables.find(m->path);
+      if (table == tables.end()) table = tables.emplace(m->path, function_symbols(m->path)).first;
+      const uint64_t vaddr = vaddr_of_offset(m->path, a - m->start + m->offset);
+      if (vaddr != 0) name = covering(table->second, vaddr);
     }
     names.push_back(name);
   }

@@ -19,7 +19,6 @@ namespace {
 constexpr uint32_t kNop = 0xd503201f;
 
 struct CoreTest : ::testing::Test {
-  static void SetUpTestSuite() { thread_exit_hook_init(); }
   void SetUp() override {
     t = current_thread() ? current_thread() : attach_thread();
     ASSERT_NE(t, nullptr);

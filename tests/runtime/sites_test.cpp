@@ -92,7 +92,6 @@ machine run(const byte* code, uint64_t* sp_before) {
 }
 
 struct SitesTest : ::testing::Test {
-  static void SetUpTestSuite() { thread_exit_hook_init(); }
   void SetUp() override {
     t = current_thread() ? current_thread() : attach_thread();
     ASSERT_NE(t, nullptr);

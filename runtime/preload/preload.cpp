@@ -1,0 +1,157 @@
+// The interposer: preloaded into the application's namespace, it stands in
+// front of the C library functions whose effects the runtime must see or
+// shape (signal dispositions and masks, thread start and end, fork, exit, the
+// SVE vector length controls) and hands them to the runtime through the
+// table the runtime wrote into zorvo_app_hooks. Exec is in exec.cpp.
+#include <dlfcn.h>
+#include <pthread.h>
+#include <signal.h>
+#include <sys/prctl.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdlib>
+
+#include "app_hooks.h"
+#include "preload.h"
+
+extern "C" {
+__attribute__((visibility("default"))) const app_hooks* zorvo_app_hooks = nullptr;
+}
+
+namespace {
+
+template <typename F> F next_definition(const char* name) {
+  return reinterpret_cast<F>(dlsym(RTLD_NEXT, name));
+}
+
+pthread_key_t exit_key;
+pthread_once_t exit_key_once = PTHREAD_ONCE_INIT;
+
+// The kernel's per-thread "inherit the vector length across exec" flag;
+// a new thread starts with its creator's.
+__thread bool vl_inherit;
+
+struct thread_start {
+  void* (*routine)(void*);
+  void* arg;
+  bool vl_inherit;
+};
+
+void on_thread_exit(void*) { zorvo_app_hooks->thread_exiting(); }
+
+// Made on the first thread's creation, which a library constructor may ask
+// for before this library's own constructor has run.
+void make_exit_key() { pthread_key_create(&exit_key, on_thread_exit); }
+
+void* start_attached(void* p) {
+  const thread_start start = *static_cast<thread_start*>(p);
+  std::free(p);
+  vl_inherit = start.vl_inherit;
+  zorvo_app_hooks->thread_started();
+  // Any non-null value makes the C library call on_thread_exit at the end,
+  // also after pthread_exit.
+  pthread_setspecific(exit_key, &exit_key);
+  return start.routine(start.arg);
+}
+
+void process_exiting() { zorvo_app_hooks->process_exiting(); }
+void fork_prepare() { zorvo_app_hooks->fork_prepare(); }
+void fork_parent() { zorvo_app_hooks->fork_parent(); }
+void fork_child() { zorvo_app_hooks->fork_child(); }
+
+__attribute__((constructor)) void interposer_start() {
+  if (zorvo_app_hooks == nullptr) return;
+  // The flag the program exec'd with, kept as a kernel keeps it.
+  vl_inherit = zorvo_app_hooks->vector_length_inherited;
+  pthread_atfork(fork_prepare, fork_parent, fork_child);
+  // Registered before the program's main: runs after every atexit handler
+  // the program registers from there on.
+  std::atexit(process_exiting);
+}
+
+constexpr unsigned long kVlMask = 0xffff;
+constexpr unsigned long kSetVlFlags = PR_SVE_VL_INHERIT | PR_SVE_SET_VL_ONEXEC;
+constexpr unsigned long kMaxVectorBytes = 8192;
+
+// As a kernel whose processor offers exactly one vector length does: any
+// valid request gets that length.
+int sve_vector_length_control(int option, unsigned long arg) {
+  const auto status = [](unsigned long length) {
+    return static_cast<int>(length | (vl_inherit ? PR_SVE_VL_INHERIT : 0));
+  };
+  const auto vl = static_cast<unsigned long>(zorvo_app_hooks->vector_bytes);
+  if (option == PR_SVE_GET_VL) return status(vl);
+  const unsigned long requested = arg & kVlMask, flags = arg & ~kVlMask;
+  if ((flags & ~kSetVlFlags) != 0 || requested < 16 || requested > kMaxVectorBytes ||
+      requested % 16 != 0) {
+    errno = EINVAL;
+    return -1;
+  }
+  // Every call sets the inherit flag; the length, now or after exec, is the
+  // one length.
+  vl_inherit = (flags & PR_SVE_VL_INHERIT) != 0;
+  return status(vl);
+}
+
+} // namespace
+
+bool zorvo_preload::vector_length_inherited() { return vl_inherit; }
+
+extern "C" {
+
+int sigaction(int sig, const struct sigaction* act, struct sigaction* old) noexcept {
+  if (zorvo_app_hooks) return zorvo_app_hooks->sigaction(sig, act, old);
+  static const auto real = next_definition<decltype(&sigaction)>("sigaction");
+  return real(sig, act, old);
+}
+
+// The C library's signal() does not go through sigaction's symbol.
+sighandler_t signal(int sig, sighandler_t handler) noexcept {
+  struct sigaction act, old;
+  act.sa_handler = handler;
+  act.sa_flags = SA_RESTART;
+  sigemptyset(&act.sa_mask);
+  sigaddset(&act.sa_mask, sig);
+  if (sigaction(sig, &act, &old) != 0) return SIG_ERR;
+  return old.sa_handler;
+}
+
+int sigprocmask(int how, const sigset_t* set, sigset_t* old) noexcept {
+  if (zorvo_app_hooks) return zorvo_app_hooks->sigprocmask(how, set, old);
+  static const auto real = next_definition<decltype(&sigprocmask)>("sigprocmask");
+  return real(how, set, old);
+}
+
+int pthread_sigmask(int how, const sigset_t* set, sigset_t* old) noexcept {
+  if (zorvo_app_hooks) return zorvo_app_hooks->pthread_sigmask(how, set, old);
+  static const auto real = next_definition<decltype(&pthread_sigmask)>("pthread_sigmask");
+  return real(how, set, old);
+}
+
+int pthread_create(pthread_t* thread, const pthread_attr_t* attr, void* (*routine)(void*),
+                   void* arg) noexcept {
+  static const auto real = next_definition<decltype(&pthread_create)>("pthread_create");
+  if (zorvo_app_hooks == nullptr) return real(thread, attr, routine, arg);
+  pthread_once(&exit_key_once, make_exit_key);
+  auto* start = static_cast<thread_start*>(std::malloc(sizeof(thread_start)));
+  if (start == nullptr) return EAGAIN;
+  *start = {routine, arg, vl_inherit};
+  const int rc = real(thread, attr, start_attached, start);
+  if (rc != 0) std::free(start);
+  return rc;
+}
+
+int prctl(int option, ...) noexcept {
+  va_list ap;
+  va_start(ap, option);
+  unsigned long args[4];
+  for (unsigned long& a : args) a = va_arg(ap, unsigned long);
+  va_end(ap);
+  if (zorvo_app_hooks && (option == PR_SVE_GET_VL || option == PR_SVE_SET_VL))
+    return sve_vector_length_control(option, args[0]);
+  static const auto real = next_definition<int (*)(int, ...)>("prctl");
+  return real(option, args[0], args[1], args[2], args[3]);
+}
+
+} // extern "C"
