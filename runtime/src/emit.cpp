@@ -154,6 +154,14 @@ bool dr_insert_set_stolen_reg_value(void* drcontext, instrlist_t* ilist, instr_t
   return true;
 }
 
+bool dr_insert_get_runtime_stack_top(void* drcontext, instrlist_t* ilist, instr_t* where,
+                                     reg_id_t reg) {
+  if (reg_get_size(reg) != OPSZ_8 || reg == DR_REG_X28 || !reg_is_gpr(reg)) return false;
+  instrlist_meta_preinsert(
+      ilist, where, INSTR_CREATE_ldr(drcontext, opnd_create_reg(reg), block_word(kStackTopOffset)));
+  return true;
+}
+
 void instrlist_insert_mov_immed_ptrsz(void* drcontext, ptr_int_t val, opnd_t dst,
                                       instrlist_t* ilist, instr_t* where, instr_t** first,
                                       instr_t** last) {

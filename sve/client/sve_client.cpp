@@ -2,6 +2,7 @@
 // register record per thread, and the rewriting of every block so that each
 // SVE instruction the decode tables know runs through emulate_instruction.
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -13,6 +14,7 @@
 #include "../decode/sve_utils.h"
 #include "../trace/tracesink.h"
 #include "emulate.h"
+#include "transfer.h"
 
 namespace {
 
@@ -147,14 +149,103 @@ void shadow_fpcr_write(void* dc, instrlist_t* bb, instr_t* instr) {
   dr_restore_reg(dc, bb, instr, scratch, SPILL_SLOT_3);
 }
 
+// ---- The lean path: one register transfer for a run of SVE words ----
+
+uint32_t word_of(instr_t* instr) {
+  uint32_t word;
+  std::memcpy(&word, instr_get_raw_bits(instr), sizeof word);
+  return word;
+}
+
+void call_routine(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, void (*routine)()) {
+  instrlist_insert_mov_immed_ptrsz(dc, reinterpret_cast<ptr_int_t>(routine), x(29), bb, where, NULL,
+                                   NULL);
+  insert(bb, where, pc, INSTR_CREATE_blr(dc, x(29)));
+}
+
+// X27 gets the thread's record; the application's X26..X30 go straight into
+// it, the rest in zorvo_transfer_in.
+void open_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
+  dr_save_reg(dc, bb, where, DR_REG_X27, SPILL_SLOT_1);
+  drmgr_insert_read_tls_field(dc, tls_idx, bb, where, DR_REG_X27);
+  insert(bb, where, pc,
+         INSTR_CREATE_stp(dc, state_field(offsetof(cpu_state, regs[29]), OPSZ_16), x(29), x(30)));
+  dr_restore_reg(dc, bb, where, DR_REG_X30, SPILL_SLOT_1);
+  insert(bb, where, pc,
+         INSTR_CREATE_stp(dc, state_field(offsetof(cpu_state, regs[26]), OPSZ_16), x(26), x(30)));
+  dr_insert_get_stolen_reg_value(dc, bb, where, DR_REG_X30);
+  insert(bb, where, pc,
+         INSTR_CREATE_str(dc, state_field(offsetof(cpu_state, regs[28]), OPSZ_8), x(30)));
+  dr_insert_get_runtime_stack_top(dc, bb, where, DR_REG_X26);
+  call_routine(dc, bb, where, pc, zorvo_transfer_in);
+}
+
+// Everything back; an emulated word may have written X26..X30 too.
+void close_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
+  call_routine(dc, bb, where, pc, zorvo_transfer_out);
+  insert(bb, where, pc,
+         INSTR_CREATE_ldr(dc, x(30), state_field(offsetof(cpu_state, regs[28]), OPSZ_8)));
+  dr_insert_set_stolen_reg_value(dc, bb, where, DR_REG_X30);
+  insert(bb, where, pc,
+         INSTR_CREATE_ldp(dc, x(29), x(30), state_field(offsetof(cpu_state, regs[29]), OPSZ_16)));
+  insert(bb, where, pc,
+         INSTR_CREATE_ldr(dc, x(27), state_field(offsetof(cpu_state, regs[27]), OPSZ_8)));
+}
+
+// Inside a run X19 holds the record and X20 zorvo_run_word; the word, its
+// address and its decoder are constants of the code.
+void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder) {
+  const app_pc pc = instr_get_app_pc(instr);
+  emulated_instr_t emulated = {};
+  emulated.size = sizeof(emulated);
+  emulated.pc = pc;
+  emulated.instr = instr_create(dc);
+  instr_set_raw_bits(emulated.instr, dr_app_pc_for_decoding(pc), 4);
+  instr_set_raw_bits_valid(emulated.instr, true);
+  drmgr_insert_emulation_start(dc, bb, instr, &emulated);
+  insert(bb, instr, pc, INSTR_CREATE_add(dc, x(0), x(19), OPND_CREATE_INT(0)));
+  instrlist_insert_mov_immed_ptrsz(dc, word_of(instr), x(1), bb, instr, NULL, NULL);
+  instrlist_insert_mov_immed_ptrsz(dc, reinterpret_cast<ptr_int_t>(pc), x(2), bb, instr, NULL,
+                                   NULL);
+  instrlist_insert_mov_immed_ptrsz(dc, reinterpret_cast<ptr_int_t>(decoder), x(3), bb, instr, NULL,
+                                   NULL);
+  insert(bb, instr, pc, INSTR_CREATE_blr(dc, x(20)));
+  drmgr_insert_emulation_end(dc, bb, instr);
+  instrlist_remove(bb, instr);
+  instr_destroy(dc, instr);
+}
+
+dr_emit_flags_t lean_instruction_change(void* drcontext, instrlist_t* bb) {
+  instr_t* next;
+  bool in_run = false;
+  for (instr_t* instr = instrlist_first_app(bb); instr != NULL; instr = next) {
+    next = instr_get_next_app(instr);
+    const sve_decoder decoder = get_sve_handler(word_of(instr));
+    if (decoder == nullptr) {
+      if (in_run) close_run(drcontext, bb, instr, instr_get_app_pc(instr));
+      in_run = false;
+      continue;
+    }
+    const app_pc pc = instr_get_app_pc(instr);
+    if (!in_run) open_run(drcontext, bb, instr, pc);
+    in_run = true;
+    call_decoder(drcontext, bb, instr, decoder);
+    if (next == NULL) close_run(drcontext, bb, NULL, pc);
+  }
+  return DR_EMIT_DEFAULT;
+}
+
+// The reference sequence, one call of emulate_instruction per word, when
+// ZORVO_CALL_PER_WORD is set: slower, kept to measure and check against.
+bool call_per_word = false;
+
 dr_emit_flags_t event_instruction_change(void* drcontext, void* /*tag*/, instrlist_t* bb,
                                          bool /*for_trace*/, bool /*translating*/) {
+  if (!call_per_word) return lean_instruction_change(drcontext, bb);
   instr_t* next;
   for (instr_t* instr = instrlist_first_app(bb); instr != NULL; instr = next) {
     next = instr_get_next_app(instr);
-    uint32_t word;
-    std::memcpy(&word, instr_get_raw_bits(instr), sizeof word);
-    const sve_decoder decoder = get_sve_handler(word);
+    const sve_decoder decoder = get_sve_handler(word_of(instr));
     if (decoder != nullptr)
       replace_instruction(drcontext, bb, instr, decoder);
     else if (is_fpcr_write(instr))
@@ -180,6 +271,8 @@ DR_EXPORT void dr_client_main(client_id_t /*id*/, int argc, const char* argv[]) 
     dr_fprintf(STDERR, "SVE emulation client usage error: %s\n", parse_err.c_str());
     dr_abort();
   }
+  const char* per_word = std::getenv("ZORVO_CALL_PER_WORD");
+  call_per_word = per_word != nullptr && *per_word != '\0' && *per_word != '0';
   if (!drmgr_init()) DR_ASSERT(false);
   drmgr_register_thread_init_event(event_thread_init);
   drmgr_register_thread_exit_event(event_thread_exit);

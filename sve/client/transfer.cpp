@@ -1,0 +1,91 @@
+#include "transfer.h"
+
+#include <cstddef>
+
+#include "emulate.h"
+
+// The routines below address the record with these offsets.
+static_assert(offsetof(cpu_state, regs) == 0 && offsetof(cpu_state, regs[26]) == 208);
+static_assert(offsetof(cpu_state, regs[31]) == 248 && offsetof(cpu_state, nzcv) == 264);
+static_assert(offsetof(cpu_state, fpsr) == 272 && offsetof(cpu_state, fpcr) == 276);
+static_assert(offsetof(cpu_state, z) == 288 && sizeof(cpu_state::z[0]) == 48);
+
+// FPCR is read at every transfer rather than shadowed at each write: a block
+// holds only SVE words, so it cannot change between the entry and the calls.
+// Nothing writes FPCR back, since no SVE instruction changes it.
+asm(R"(
+  .text
+  .p2align 4
+  .globl zorvo_transfer_in
+  .hidden zorvo_transfer_in
+  .type zorvo_transfer_in, %function
+zorvo_transfer_in:
+  stp x0, x1, [x27, #0]
+  stp x2, x3, [x27, #16]
+  stp x4, x5, [x27, #32]
+  stp x6, x7, [x27, #48]
+  stp x8, x9, [x27, #64]
+  stp x10, x11, [x27, #80]
+  stp x12, x13, [x27, #96]
+  stp x14, x15, [x27, #112]
+  stp x16, x17, [x27, #128]
+  stp x18, x19, [x27, #144]
+  stp x20, x21, [x27, #160]
+  stp x22, x23, [x27, #176]
+  stp x24, x25, [x27, #192]
+  mov x0, sp
+  str x0, [x27, #248]
+  mov sp, x26
+  mrs x0, nzcv
+  str x0, [x27, #264]
+  mrs x0, fpsr
+  str w0, [x27, #272]
+  mrs x0, fpcr
+  str w0, [x27, #276]
+  .irp n, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31
+  str q\n, [x27, #288 + 48 * \n]
+  .endr
+  mov x19, x27
+  adrp x20, zorvo_run_word
+  add x20, x20, :lo12:zorvo_run_word
+  ret
+  .size zorvo_transfer_in, . - zorvo_transfer_in
+
+  .p2align 4
+  .globl zorvo_transfer_out
+  .hidden zorvo_transfer_out
+  .type zorvo_transfer_out, %function
+zorvo_transfer_out:
+  ldr w0, [x27, #272]
+  msr fpsr, x0
+  ldr x0, [x27, #264]
+  msr nzcv, x0
+  .irp n, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31
+  ldr q\n, [x27, #288 + 48 * \n]
+  .endr
+  ldr x0, [x27, #248]
+  mov sp, x0
+  ldp x0, x1, [x27, #0]
+  ldp x2, x3, [x27, #16]
+  ldp x4, x5, [x27, #32]
+  ldp x6, x7, [x27, #48]
+  ldp x8, x9, [x27, #64]
+  ldp x10, x11, [x27, #80]
+  ldp x12, x13, [x27, #96]
+  ldp x14, x15, [x27, #112]
+  ldp x16, x17, [x27, #128]
+  ldp x18, x19, [x27, #144]
+  ldp x20, x21, [x27, #160]
+  ldp x22, x23, [x27, #176]
+  ldp x24, x25, [x27, #192]
+  ldr x26, [x27, #208]
+  ret
+  .size zorvo_transfer_out, . - zorvo_transfer_out
+)");
+
+extern "C" __attribute__((visibility("hidden"))) void
+zorvo_run_word(cpu_state* state, uint32_t word, uint8_t* pc, sve_decoder decoder) {
+  state->pc = reinterpret_cast<uint64_t>(pc);
+  if (__builtin_expect(decoder(state, word) == AARCH64_DECODE_OK, 1)) return;
+  report_failure_to_emulate(pc);
+}
