@@ -104,6 +104,7 @@ byte* encode_fragment(rt_thread* t, app_pc tag, instrlist_t* bb, app_pc resume) 
     if (pc == nullptr) cannot_encode(tag, i);
   }
   __builtin___clear_cache(reinterpret_cast<char*>(code), reinterpret_cast<char*>(pc));
+  counters.code_bytes += size_t(pc - code);
   return code + kBranchEntryLength;
 }
 
@@ -137,6 +138,7 @@ fragment* build_fragment(rt_thread* t, app_pc tag) {
     code = encode_fragment(t, tag, bb, resume);
     if (code == nullptr) out_of_memory(tag);
     ++counters.fragments;
+    counters.words_translated += size_t(resume - tag) / 4;
   }
   arena_reset(&t->build_arena);
   return add_fragment(t, tag, code);
