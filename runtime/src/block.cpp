@@ -13,9 +13,10 @@
 
 namespace {
 
-// A block is a run of consecutive SVE words: none of them branches, reads
-// the pc or touches X28 on the host, so the run can move into the cache as
-// it is. Long runs are cut to keep fragments small.
+// A block is a run of consecutive SVE words, with the plain data-processing
+// words between them: none of them branches, reads the pc or touches X28 on
+// the host, so the run can move into the cache as it is. Long runs are cut to
+// keep fragments small.
 constexpr int kMaxBlockWords = 32;
 constexpr uintptr_t kPageSize = 4096;
 
@@ -112,12 +113,67 @@ byte* encode_fragment(rt_thread* t, app_pc tag, instrlist_t* bb, app_pc resume) 
 
 bool is_sve_word(uint32_t word) { return ((word >> 25) & 0xf) == 0x2; }
 
+namespace {
+
+// The classes of plain data-processing words, and which of the fields Rd
+// (4:0), Rn (9:5) and Rm (20:16) name registers.
+struct plain_class {
+  uint32_t mask, value;
+  bool rn, rm;
+};
+constexpr plain_class kPlainClasses[] = {
+    {0x1f800000, 0x11000000, true, false},  // add, sub (immediate)
+    {0x1f800000, 0x12000000, true, false},  // and, orr, eor, ands (immediate)
+    {0x1f800000, 0x12800000, false, false}, // movn, movz, movk
+    {0x1f800000, 0x13000000, true, false},  // sbfm, bfm, ubfm
+    {0x1f000000, 0x0a000000, true, true},   // logical (shifted register)
+    {0x1f200000, 0x0b000000, true, true},   // add, sub (shifted register)
+    {0x1f200000, 0x0b200000, true, true},   // add, sub (extended register)
+};
+
+uint32_t field(uint32_t word, int lo) { return (word >> lo) & 31; }
+
+} // namespace
+
+bool is_plain_data_word(uint32_t word) {
+  for (const plain_class& c : kPlainClasses) {
+    if ((word & c.mask) != c.value) continue;
+    if (field(word, 0) == 28 || (c.rn && field(word, 5) == 28) || (c.rm && field(word, 16) == 28))
+      return false;
+    // Encodings the class leaves unallocated stay out: they must fault where
+    // the application has them.
+    const bool wide = word >> 31, n_bit = word >> 22 & 1, shift_high = word >> 15 & 1;
+    switch (c.value) {
+    case 0x12000000:
+      return wide || !n_bit;
+    case 0x12800000:
+      return (word >> 29 & 3) != 1 && (wide || !(word >> 22 & 1));
+    case 0x13000000:
+      return (word >> 29 & 3) != 3 && wide == n_bit && (wide || !(shift_high || word >> 21 & 1));
+    case 0x0a000000:
+      return wide || !shift_high;
+    case 0x0b000000:
+      return (word >> 22 & 3) != 3 && (wide || !shift_high);
+    case 0x0b200000:
+      return (word >> 22 & 3) == 0 && (word >> 10 & 7) <= 4;
+    default:
+      return true;
+    }
+  }
+  return false;
+}
+
 int block_words(app_pc pc) {
-  int n = 0;
-  while (n < kMaxBlockWords && same_page(pc, pc + 4 * n) &&
-         is_sve_word(application_word(pc + 4 * n)))
+  int n = 0, through_last_sve = 0;
+  while (n < kMaxBlockWords && same_page(pc, pc + 4 * n)) {
+    const uint32_t word = application_word(pc + 4 * n);
+    if (is_sve_word(word))
+      through_last_sve = n + 1;
+    else if (n == 0 || !is_plain_data_word(word))
+      break;
     ++n;
-  return n;
+  }
+  return through_last_sve;
 }
 
 fragment* build_fragment(rt_thread* t, app_pc tag) {
@@ -138,7 +194,8 @@ fragment* build_fragment(rt_thread* t, app_pc tag) {
     code = encode_fragment(t, tag, bb, resume);
     if (code == nullptr) out_of_memory(tag);
     ++counters.fragments;
-    counters.words_translated += size_t(resume - tag) / 4;
+    for (app_pc pc = tag; pc < resume; pc += 4)
+      counters.words_translated += is_sve_word(application_word(pc));
   }
   arena_reset(&t->build_arena);
   return add_fragment(t, tag, code);

@@ -5,7 +5,12 @@
 
 // Whether the word lies in the SVE part of the A64 encoding space.
 bool is_sve_word(uint32_t word);
-// How many SVE words the block starting at pc holds.
+// Whether the word is a plain data-processing instruction (add, sub,
+// logical, move wide, bitfield) that names neither X28 nor the pc: a block
+// goes on over such words between SVE words.
+bool is_plain_data_word(uint32_t word);
+// How many words the block starting at pc holds: SVE words, and plain
+// data-processing words between them.
 int block_words(app_pc pc);
 // Builds, encodes and records the fragment for the block at tag. Its code is
 // null when the client kept the block's first word, whose signal is then the

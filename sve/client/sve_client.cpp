@@ -14,6 +14,7 @@
 #include "../decode/sve_utils.h"
 #include "../trace/tracesink.h"
 #include "emulate.h"
+#include "record_words.h"
 #include "transfer.h"
 
 namespace {
@@ -215,12 +216,42 @@ void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder
   instr_destroy(dc, instr);
 }
 
+opnd_t record_slot(int r) { return field(DR_REG_X19, offsetof(cpu_state, regs) + 8 * r, OPSZ_8); }
+
+// A plain data-processing word inside a run, on the record at X19.
+void run_on_record(void* dc, instrlist_t* bb, instr_t* instr, const record_word_plan& plan) {
+  const app_pc pc = instr_get_app_pc(instr);
+  for (int f = 0; f < 3; ++f)
+    if (plan.loads[f] >= 0)
+      insert(bb, instr, pc, INSTR_CREATE_ldr(dc, x(kRecordScratch[f]), record_slot(plan.loads[f])));
+  instr_t* renamed = instr_create(dc);
+  instr_allocate_raw_bits(dc, renamed, 4);
+  instr_set_raw_word(renamed, 0, plan.word);
+  insert(bb, instr, pc, renamed);
+  if (plan.store >= 0)
+    insert(bb, instr, pc, INSTR_CREATE_str(dc, record_slot(plan.store), x(kRecordScratch[2])));
+  if (plan.sets_flags) {
+    insert(bb, instr, pc, INSTR_CREATE_mrs(dc, x(12), reg(DR_REG_NZCV)));
+    insert(bb, instr, pc,
+           INSTR_CREATE_str(dc, state_field(offsetof(cpu_state, nzcv), OPSZ_8), x(12)));
+  }
+  instrlist_remove(bb, instr);
+  instr_destroy(dc, instr);
+}
+
 dr_emit_flags_t lean_instruction_change(void* drcontext, instrlist_t* bb) {
   instr_t* next;
   bool in_run = false;
   for (instr_t* instr = instrlist_first_app(bb); instr != NULL; instr = next) {
     next = instr_get_next_app(instr);
     const sve_decoder decoder = get_sve_handler(word_of(instr));
+    record_word_plan plan;
+    if (decoder == nullptr && in_run && plan_record_word(word_of(instr), &plan)) {
+      const app_pc pc = instr_get_app_pc(instr);
+      run_on_record(drcontext, bb, instr, plan);
+      if (next == NULL) close_run(drcontext, bb, NULL, pc);
+      continue;
+    }
     if (decoder == nullptr) {
       if (in_run) close_run(drcontext, bb, instr, instr_get_app_pc(instr));
       in_run = false;
