@@ -92,7 +92,7 @@ void load_client(const char* path, const char* args) {
 void print_counters() {
   dr_fprintf(our_stderr,
              "zorvo: %llu blocks built, %llu fragments, %llu signals taken, %llu fragment "
-             "entries, %llu words translated, %llu code bytes\n",
+             "entries\nzorvo: %llu SVE words translated, %llu bytes of code\n",
              static_cast<unsigned long long>(counters.blocks_built.load()),
              static_cast<unsigned long long>(counters.fragments.load()),
              static_cast<unsigned long long>(counters.signals.load()),
