@@ -1,18 +1,16 @@
-#!/ usr / bin / env python3
-""
-    "make bench: what an emulated SVE instruction costs.
+#!/usr/bin/env python3
+"""make bench: what an emulated SVE instruction costs.
 
-    Each kernel in BUILD /
-    bench / kernels.txt runs,
-    at two repeat counts(its first argument),
-    each with the instruction - count plugin : on the
-                                               reference(qemu - aarch64 - cpu max, sve384 = on)
-    : guest instructions
-        and SVE instructions executed;
-under zorvo on the processor without SVE,
-    with-- stats : guest instructions, signals, fragment entries, words translated, code bytes;
-under QEMU - user the arm64 qemu - aarch64 - static, run by the processor without SVE,
-    emulating the reference processor : guest instructions of the outer processor;
+Each kernel in BUILD/bench/kernels.txt runs, at two repeat counts (its first
+argument), each with the instruction-count plugin:
+  on the reference  (qemu-aarch64 -cpu max,sve384=on): guest instructions and
+                    SVE instructions executed;
+  under zorvo       on the processor without SVE, with --stats: guest
+                    instructions, signals, fragment entries, words translated,
+                    code bytes;
+  under QEMU-user   the arm64 qemu-aarch64-static, run by the processor without
+                    SVE, emulating the reference processor: guest instructions
+                    of the outer processor;
 and then --runs more times on the reference and under zorvo, alternating,
 without the plugin, for the wall-clock medians. Guest instructions per
 emulated SVE instruction = (zorvo total - (reference total - reference SVE)) /
@@ -53,7 +51,7 @@ def run(cmd, env, timeout, scratch):
     stopped, done = [], threading.Event()
 
     def watch(proc, start):
-#Off the waiting thread, so that the time measured ends when the program does.
+        # Off the waiting thread, so that the time measured ends when the program does.
         while not done.wait(0.1):
             if time.perf_counter() - start > timeout:
                 stopped.append("timed out after %d s" % timeout)
@@ -61,25 +59,27 @@ def run(cmd, env, timeout, scratch):
                 stopped.append("stopped after 1 MiB of errors")
             if stopped:
                 try:
-                    os
-  .killpg(proc.pid, signal.SIGKILL) except ProcessLookupError : pass return
+                    os.killpg(proc.pid, signal.SIGKILL)
+                except ProcessLookupError:
+                    pass
+                return
 
-                                                                with open(out_path, "wb") as out,
-      open(err_path, "wb") as err
-      : start = time.perf_counter() proc = subprocess.Popen(cmd, env = env, stdout = out,
-                                                            stderr = err,
-                                                            start_new_session = True) watcher =
-            threading.Thread(target = watch, args = (proc, start)) watcher.start() status =
-                proc.wait() seconds = time.perf_counter() - start done.set() watcher.join() with
-                                                            open(out_path,
-                                                                 errors = "replace") as out,
-        open(err_path, errors = "replace") as err : return (stopped[0] if stopped else status),
-        out.read(),
-        err.read(),
-        seconds
+    with open(out_path, "wb") as out, open(err_path, "wb") as err:
+        start = time.perf_counter()
+        proc = subprocess.Popen(cmd, env=env, stdout=out, stderr=err, start_new_session=True)
+        watcher = threading.Thread(target=watch, args=(proc, start))
+        watcher.start()
+        status = proc.wait()
+        seconds = time.perf_counter() - start
+        done.set()
+        watcher.join()
+    with open(out_path, errors="replace") as out, open(err_path, errors="replace") as err:
+        return (stopped[0] if stopped else status), out.read(), err.read(), seconds
 
-                                                    def read_counts(path)
-      : try : with open(path) as f:
+
+def read_counts(path):
+    try:
+        with open(path) as f:
             m = re.match(r"insns (\d+) sve (\d+)", f.read())
     except OSError:
         return None
@@ -130,19 +130,18 @@ class Runner:
         qemu = ["qemu-aarch64", "-L", SYSROOT]
         no_sve = " ".join(qemu + ["-cpu", NO_SVE_CPU])
         zorvo = os.path.join(build, "tools", "zorvo")
-#Both sides see the same environment, which the guest's start-up reads.
+        # Both sides see the same environment, which the guest's start-up reads.
         env = dict(os.environ, ZORVO_QEMU=no_sve)
         counted_env = dict(os.environ, ZORVO_QEMU=" ".join([no_sve] + with_plugin))
         reference = qemu + ["-cpu", REFERENCE_CPU]
         self.ways = {
-      "reference" : (reference, env),
-                    "counted reference" : (reference + with_plugin, counted_env),
-                                          "zorvo" : ([ zorvo, *zorvo_options, "--" ], env),
-                                                    "counted zorvo"
-          : ([ zorvo, "--stats", *zorvo_options, "--" ], counted_env),
+            "reference": (reference, env),
+            "counted reference": (reference + with_plugin, counted_env),
+            "zorvo": ([zorvo, *zorvo_options, "--"], env),
+            "counted zorvo": ([zorvo, "--stats", *zorvo_options, "--"], counted_env),
         }
         if qemu_user:
-#The outer processor counts; the inner emulator is the user's.
+            # The outer processor counts; the inner emulator is the user's.
             self.ways["counted qemu-user"] = (
                 qemu + ["-cpu", NO_SVE_CPU] + with_plugin +
                 [qemu_user, "-L", SYSROOT, "-cpu", REFERENCE_CPU], env)
@@ -178,14 +177,14 @@ def measure(kernel, runner, runs):
             failed, row[key], _ = runner.count("counted qemu-user", kernel, args)
             if failed:
                 row[key] = None
-#The instructions of a failed run measure nothing.
+    # The instructions of a failed run measure nothing.
     row["zorvo_fails"], counts, err = runner.count("counted zorvo", kernel)
     if row["zorvo_fails"]:
         return row
     row["zorvo"] = counts
     stats = re.search(r"(\d+) blocks built, \d+ fragments, (\d+) signals taken, "
-                      r"(\d+) fragment entries(?:\nzorvo: (\d+) SVE words translated, (\d+) bytes of code)?",
-                      err)
+                      r"(\d+) fragment entries(?:\nzorvo: (\d+) SVE words translated, "
+                      r"(\d+) bytes of code)?", err)
     (row["blocks"], row["signals"], row["entries"], row["words"],
      row["code_bytes"]) = ([None if g is None else int(g) for g in stats.groups()] if stats
                            else (None,) * 5)
