@@ -21,13 +21,34 @@ template <typename T> inline void set_pred_elem(uint8_t* pred, unsigned i, bool 
 
 // The packed form (memory images of LDR/STR and the generic tier): bit i of
 // the 48-bit value is byte i. Unpacking writes exactly 0 or 1 to each byte.
+//
+// Eight bytes at a time: the multiply gathers bit 0 of byte k into bit 56 + k
+// (no two partial products meet there, and none carries into it); the way
+// back spreads the byte to all eight, keeps bit k in byte k and turns each
+// non-zero byte into 1 without a carry between bytes.
 inline uint64_t pack_predicate(const uint8_t* pred) {
   uint64_t bits = 0;
-  for (unsigned i = 0; i < 48; ++i) bits |= uint64_t{pred[i] & 1u} << i;
+  for (unsigned k = 0; k < 6; ++k) {
+    uint64_t x;
+    std::memcpy(&x, pred + 8 * k, 8);
+    bits |= ((x & 0x0101010101010101u) * 0x0102040810204080u) >> 56 << (8 * k);
+  }
   return bits;
 }
 inline void unpack_predicate(uint8_t* pred, uint64_t bits) {
-  for (unsigned i = 0; i < 48; ++i) pred[i] = (bits >> i) & 1;
+  for (unsigned k = 0; k < 6; ++k) {
+    const uint64_t spread = (bits >> (8 * k) & 0xff) * 0x0101010101010101u;
+    const uint64_t x =
+        ((spread & 0x8040201008040201u) + 0x7f7f7f7f7f7f7f7fu) >> 7 & 0x0101010101010101u;
+    std::memcpy(pred + 8 * k, &x, 8);
+  }
+}
+
+// The bits of the packed form where elements of sizeof(T) bytes start.
+template <typename T> constexpr uint64_t element_starts() {
+  uint64_t bits = 0;
+  for (unsigned i = 0; i < 48; i += sizeof(T)) bits |= uint64_t{1} << i;
+  return bits;
 }
 
 // ---- Condition flags ----
@@ -58,22 +79,10 @@ inline void write_flags(cpu_state* s, nzcv_flags f) {
 // element that gives N=0, Z=1, C=1. Result elements that the mask leaves
 // inactive have no say, whatever they hold.
 template <typename T> inline nzcv_flags predicate_test(const uint8_t* mask, const uint8_t* result) {
-  constexpr unsigned count = 48 / sizeof(T);
-  nzcv_flags f{false, true, true, false};
-  unsigned first = 0;
-  while (first < count && !active<T>(mask, first)) ++first;
-  if (first == count) return f;
-  f.n = active<T>(result, first);
-  for (unsigned i = first; i < count; ++i) {
-    if (active<T>(mask, i) && active<T>(result, i)) {
-      f.z = false;
-      break;
-    }
-  }
-  unsigned last = count - 1;
-  while (!active<T>(mask, last)) --last; // stops at `first` at the latest
-  f.c = !active<T>(result, last);
-  return f;
+  const uint64_t m = pack_predicate(mask) & element_starts<T>(), r = pack_predicate(result);
+  if (m == 0) return {false, true, true, false};
+  const unsigned first = __builtin_ctzll(m), last = 63 - __builtin_clzll(m);
+  return {(r >> first & 1) != 0, (m & r) == 0, (r >> last & 1) == 0, false};
 }
 
 // Sets NZCV from a governing mask and a result predicate, each the address of
