@@ -86,19 +86,37 @@ void replace_probe(void* drcontext, instrlist_t* bb) {
   dr_abort();
 }
 
+// The condition of the loop branch that ends the block, taken out of the
+// list, when the client left it there; -1 when there is none. The exit then
+// carries it out.
+int take_loop_branch(void* drcontext, instrlist_t* bb, app_pc tag) {
+  instr_t* last = instrlist_last(bb);
+  if (last == nullptr || !(last->flags & INSTR_FROM_APP) || last->raw_length != 4) return -1;
+  const uint32_t word = word_at(last->raw_bits);
+  if (!is_conditional_branch_to(word, last->translation, tag)) return -1;
+  instrlist_remove(bb, last);
+  instr_destroy(drcontext, last);
+  return int(word & 0xf);
+}
+
 // Encodes bb into the cache, exiting to resume; returns the code that
 // follows the branch entry. Null when memory ran out.
 byte* encode_fragment(rt_thread* t, app_pc tag, instrlist_t* bb, app_pc resume) {
   void* dc = t;
+  const int loop_condition = take_loop_branch(dc, bb, tag);
   prepend_branch_entry(dc, bb);
   size_t size = 0;
   for (instr_t* i = instrlist_first(bb); i; i = instr_get_next(i)) size += encoded_length(i);
-  // The exit: a load and a branch, or a load and the trap with its target.
-  const size_t exit_size = 16;
+  // The exit: a load and a branch, or a load and the trap with its target;
+  // for a loop also a b.cond and the branch or trap back.
+  const size_t exit_size = loop_condition < 0 ? 16 : 32;
   bool direct = false;
   byte* code = reserve_code(t, size + exit_size, resume, &direct);
   if (code == nullptr) return nullptr;
-  append_exit(dc, bb, resume, direct);
+  if (loop_condition < 0)
+    append_exit(dc, bb, resume, direct);
+  else
+    append_exit(dc, bb, resume, direct, tag, uint32_t(loop_condition));
   byte* pc = code;
   for (instr_t* i = instrlist_first(bb); i; i = instr_get_next(i)) {
     pc = instr_encode_to_copy(dc, i, pc, pc);
@@ -163,6 +181,12 @@ bool is_plain_data_word(uint32_t word) {
   return false;
 }
 
+bool is_conditional_branch_to(uint32_t word, app_pc at, app_pc target) {
+  if ((word & 0xff000010) != 0x54000000) return false;
+  const int32_t imm19 = static_cast<int32_t>(word << 8) >> 13;
+  return at + 4 * int64_t{imm19} == target;
+}
+
 int block_words(app_pc pc) {
   int n = 0, through_last_sve = 0;
   while (n < kMaxBlockWords && same_page(pc, pc + 4 * n)) {
@@ -173,6 +197,10 @@ int block_words(app_pc pc) {
       break;
     ++n;
   }
+  // A loop: the words up to a conditional branch back to the first.
+  if (n > 0 && n < kMaxBlockWords && same_page(pc, pc + 4 * n) &&
+      is_conditional_branch_to(application_word(pc + 4 * n), pc + 4 * n, pc))
+    return n + 1;
   return through_last_sve;
 }
 

@@ -239,12 +239,47 @@ void run_on_record(void* dc, instrlist_t* bb, instr_t* instr, const record_word_
   instr_destroy(dc, instr);
 }
 
+// A conditional branch back to the run's first word: the loop goes on inside
+// the run, on the flags in the record, with no transfer per iteration. `head`
+// is the last instruction before the first word's call.
+bool is_loop_back(instr_t* instr, app_pc run_start) {
+  const uint32_t word = word_of(instr);
+  if ((word & 0xff000010) != 0x54000000) return false;
+  const int32_t imm19 = static_cast<int32_t>(word << 8) >> 13;
+  return instr_get_app_pc(instr) + 4 * int64_t{imm19} == run_start;
+}
+
+void loop_back(void* dc, instrlist_t* bb, instr_t* instr, instr_t* head) {
+  const app_pc pc = instr_get_app_pc(instr);
+  insert(bb, instr, pc,
+         INSTR_CREATE_ldr(dc, x(12), field(DR_REG_X19, offsetof(cpu_state, nzcv), OPSZ_8)));
+  insert(bb, instr, pc, INSTR_CREATE_msr(dc, reg(DR_REG_NZCV), x(12)));
+  instr_t* branch = instr_create(dc);
+  instr_allocate_raw_bits(dc, branch, 4);
+  insert(bb, instr, pc, branch);
+  int distance = 0;
+  for (instr_t* i = instr_get_next(head); i != branch; i = instr_get_next(i))
+    distance += instr_length(dc, i);
+  const uint32_t imm19 = static_cast<uint32_t>(-distance / 4) & 0x7ffff;
+  instr_set_raw_word(branch, 0, 0x54000000u | imm19 << 5 | (word_of(instr) & 0xf));
+  instrlist_remove(bb, instr);
+  instr_destroy(dc, instr);
+}
+
 dr_emit_flags_t lean_instruction_change(void* drcontext, instrlist_t* bb) {
   instr_t* next;
   bool in_run = false;
+  instr_t* run_head = NULL;
+  app_pc run_start = NULL;
   for (instr_t* instr = instrlist_first_app(bb); instr != NULL; instr = next) {
     next = instr_get_next_app(instr);
     const sve_decoder decoder = get_sve_handler(word_of(instr));
+    if (decoder == nullptr && in_run && is_loop_back(instr, run_start)) {
+      const app_pc pc = instr_get_app_pc(instr);
+      loop_back(drcontext, bb, instr, run_head);
+      if (next == NULL) close_run(drcontext, bb, NULL, pc);
+      continue;
+    }
     record_word_plan plan;
     if (decoder == nullptr && in_run && plan_record_word(word_of(instr), &plan)) {
       const app_pc pc = instr_get_app_pc(instr);
@@ -258,7 +293,11 @@ dr_emit_flags_t lean_instruction_change(void* drcontext, instrlist_t* bb) {
       continue;
     }
     const app_pc pc = instr_get_app_pc(instr);
-    if (!in_run) open_run(drcontext, bb, instr, pc);
+    if (!in_run) {
+      open_run(drcontext, bb, instr, pc);
+      run_head = instr_get_prev(instr);
+      run_start = pc;
+    }
     in_run = true;
     call_decoder(drcontext, bb, instr, decoder);
     if (next == NULL) close_run(drcontext, bb, NULL, pc);
