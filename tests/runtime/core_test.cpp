@@ -142,6 +142,35 @@ TEST_F(CoreTest, BlocksStopAtOrdinaryWordsPageEndsAndTheirLimit) {
   unmap_pages(pages, 2 * 4096);
 }
 
+// add x1, x1, #1; subs x9, x9, #1; orr x3, xzr, x4; movk w5, #1, lsl #16
+constexpr uint32_t kAddImm = 0x91000421, kSubsImm = 0xf1000529, kMovReg = 0xaa0403e3,
+                   kMovk = 0x72a00025;
+
+TEST_F(CoreTest, PlainWordsJoinABlockBetweenSveWordsAndAClosingBranchMakesALoop) {
+  for (uint32_t w : {kAddImm, kSubsImm, kMovReg, kMovk}) EXPECT_TRUE(is_plain_data_word(w)) << w;
+  // Naming X28 in any register field, or an unallocated encoding, keeps a
+  // word out: it must run where the application has it.
+  EXPECT_FALSE(is_plain_data_word(0x91000780)); // add x0, x28, #1
+  EXPECT_FALSE(is_plain_data_word(0x8b1c0020)); // add x0, x1, x28
+  EXPECT_FALSE(is_plain_data_word(0x9100043c)); // add x28, x1, #1
+  EXPECT_FALSE(is_plain_data_word(0x72c00025)); // movk w5 with hw = 2
+  EXPECT_FALSE(is_plain_data_word(0x0bc20020)); // add (shifted register), shift 11
+  EXPECT_FALSE(is_plain_data_word(kNop));
+  EXPECT_FALSE(is_plain_data_word(kSveAdd));
+
+  uint32_t words[] = {kSveAdd, kAddImm, kSveSub, kSubsImm, 0, kNop};
+  const auto base = reinterpret_cast<app_pc>(words);
+  words[4] = 0x54ffff81; // b.ne words[0]
+  EXPECT_EQ(block_words(base), 5);
+  EXPECT_TRUE(is_conditional_branch_to(words[4], base + 16, base));
+  words[4] = 0x54ffffa1; // b.ne words[1]: not back to the start
+  EXPECT_FALSE(is_conditional_branch_to(words[4], base + 16, base));
+  EXPECT_EQ(block_words(base), 3); // trailing plain words stay out
+  words[4] = kNop;
+  EXPECT_EQ(block_words(base), 3);
+  EXPECT_EQ(block_words(base + 4), 0); // a block starts with an SVE word
+}
+
 // Records what the call out of generated code delivered, and spoils every
 // register a C function may spoil.
 uint64_t call_args[3];
