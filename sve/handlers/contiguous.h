@@ -10,7 +10,6 @@
 #include "../trace/memtrace_lin.h"
 #include "app_memory.h"
 #include "element.h"
-#include "predicate_form.h"
 #include "whole_vector.h"
 
 // Xn|SP + imm * (bytes one vector's elements occupy in memory): for the
@@ -29,32 +28,19 @@ inline uint64_t scaled_index_address(const cpu_state* s, aarch64_i_rsp_reg xn, a
 
 // Inactive elements become 0 and touch no memory. Elements from `count` up
 // are left as they are.
-//
-// Both walk the active elements only, in ascending order, through the
-// predicate's packed bits.
 template <typename T, typename U>
 inline void load_active_elements(uint8_t* z, const uint8_t* pred, uint64_t addr,
                                  unsigned count = 48 / sizeof(U)) {
-  uint64_t active = pack_predicate(pred) & element_starts<U>();
-  if (count == 48 / sizeof(U)) {
-    std::memset(z, 0, 48);
-  } else {
-    active &= (uint64_t{1} << (count * sizeof(U))) - 1;
-    for (unsigned i = 0; i < count; ++i) store_elem<U>(z, i, U{0});
-  }
-  for (; active != 0; active &= active - 1) {
-    const unsigned i = __builtin_ctzll(active) / sizeof(U);
-    store_elem<U>(z, i, static_cast<U>(read_app<T>(addr + i * sizeof(T))));
+  for (unsigned i = 0; i < count; ++i) {
+    const U v = active<U>(pred, i) ? static_cast<U>(read_app<T>(addr + i * sizeof(T))) : U{0};
+    store_elem<U>(z, i, v);
   }
 }
 
 template <typename T, typename U>
 inline void store_active_elements(const uint8_t* z, const uint8_t* pred, uint64_t addr) {
-  for (uint64_t active = pack_predicate(pred) & element_starts<U>(); active != 0;
-       active &= active - 1) {
-    const unsigned i = __builtin_ctzll(active) / sizeof(U);
-    write_app<T>(addr + i * sizeof(T), static_cast<T>(load_elem<U>(z, i)));
-  }
+  for (unsigned i = 0; i < 48 / sizeof(U); ++i)
+    if (active<U>(pred, i)) write_app<T>(addr + i * sizeof(T), static_cast<T>(load_elem<U>(z, i)));
 }
 
 // A whole contiguous access: the elements first, then the trace records, so
