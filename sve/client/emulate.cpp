@@ -8,7 +8,7 @@
 
 int tls_idx;
 
-void report_failure_to_emulate(const uint8_t* pc) {
+extern "C" void report_failure_to_emulate(const uint8_t* pc) {
   // The word the application has at pc, also where the runtime has patched
   // that word in memory.
   uint32_t in_memory;

@@ -15,4 +15,4 @@ void emulate_instruction(uint32_t word, uint8_t* pc, sve_decoder decoder);
 
 // The message for a word whose decoder failed, naming the application's word
 // at pc.
-void report_failure_to_emulate(const uint8_t* pc);
+extern "C" void report_failure_to_emulate(const uint8_t* pc);

@@ -193,8 +193,8 @@ void close_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
          INSTR_CREATE_ldr(dc, x(27), state_field(offsetof(cpu_state, regs[27]), OPSZ_8)));
 }
 
-// Inside a run X19 holds the record and X20 zorvo_run_word; the word, its
-// address and its decoder are constants of the code.
+// Inside a run X19 holds the record and X20 zorvo_call_word, which reads the
+// word, its address and its decoder from the code after the blr.
 void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder) {
   const app_pc pc = instr_get_app_pc(instr);
   emulated_instr_t emulated = {};
@@ -204,13 +204,12 @@ void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder
   instr_set_raw_bits(emulated.instr, dr_app_pc_for_decoding(pc), 4);
   instr_set_raw_bits_valid(emulated.instr, true);
   drmgr_insert_emulation_start(dc, bb, instr, &emulated);
-  insert(bb, instr, pc, INSTR_CREATE_add(dc, x(0), x(19), OPND_CREATE_INT(0)));
-  instrlist_insert_mov_immed_ptrsz(dc, word_of(instr), x(1), bb, instr, NULL, NULL);
-  instrlist_insert_mov_immed_ptrsz(dc, reinterpret_cast<ptr_int_t>(pc), x(2), bb, instr, NULL,
-                                   NULL);
-  instrlist_insert_mov_immed_ptrsz(dc, reinterpret_cast<ptr_int_t>(decoder), x(3), bb, instr, NULL,
-                                   NULL);
   insert(bb, instr, pc, INSTR_CREATE_blr(dc, x(20)));
+  const word_call constants = {decoder, pc, word_of(instr), 0};
+  instr_t* data = instr_create(dc);
+  instr_allocate_raw_bits(dc, data, sizeof constants);
+  std::memcpy(instr_get_raw_bits(data), &constants, sizeof constants);
+  insert(bb, instr, pc, data);
   drmgr_insert_emulation_end(dc, bb, instr);
   instrlist_remove(bb, instr);
   instr_destroy(dc, instr);

@@ -46,10 +46,30 @@ zorvo_transfer_in:
   str q\n, [x27, #288 + 48 * \n]
   .endr
   mov x19, x27
-  adrp x20, zorvo_run_word
-  add x20, x20, :lo12:zorvo_run_word
+  adrp x20, zorvo_call_word
+  add x20, x20, :lo12:zorvo_call_word
   ret
   .size zorvo_transfer_in, . - zorvo_transfer_in
+
+  .p2align 4
+  .globl zorvo_call_word
+  .hidden zorvo_call_word
+  .type zorvo_call_word, %function
+zorvo_call_word:
+  ldp x3, x2, [x30]
+  ldr w1, [x30, #16]
+  add x30, x30, #24
+  str x2, [x19, #256]
+  stp x29, x30, [sp, #-16]!
+  mov x0, x19
+  blr x3
+  ldp x29, x30, [sp], #16
+  cbnz w0, 1f
+  ret
+1:
+  ldr x0, [x19, #256]
+  b report_failure_to_emulate
+  .size zorvo_call_word, . - zorvo_call_word
 
   .p2align 4
   .globl zorvo_transfer_out
@@ -83,9 +103,4 @@ zorvo_transfer_out:
   .size zorvo_transfer_out, . - zorvo_transfer_out
 )");
 
-extern "C" __attribute__((visibility("hidden"))) void
-zorvo_run_word(cpu_state* state, uint32_t word, uint8_t* pc, sve_decoder decoder) {
-  state->pc = reinterpret_cast<uint64_t>(pc);
-  if (__builtin_expect(decoder(state, word) == AARCH64_DECODE_OK, 1)) return;
-  report_failure_to_emulate(pc);
-}
+static_assert(sizeof(word_call) == 24 && offsetof(word_call, word) == 16);

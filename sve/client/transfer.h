@@ -12,7 +12,7 @@ extern "C" {
 // Entered by blr with X27 holding the thread's cpu_state and X26 the top of
 // its runtime stack; the application's X26..X30 are already in the record.
 // Stores X0..X25, SP, NZCV, FPSR, FPCR and Q0..Q31 into the record, moves SP
-// to the runtime stack, and leaves the record in X19 and zorvo_run_word in
+// to the runtime stack, and leaves the record in X19 and zorvo_call_word in
 // X20 for the calls that follow.
 void zorvo_transfer_in();
 // Entered by blr with X27 holding the record: FPSR, NZCV, Q0..Q31, SP and
@@ -20,6 +20,15 @@ void zorvo_transfer_in();
 void zorvo_transfer_out();
 
 // One word: what emulate_instruction does, without the spill slots, which the
-// transfer has already folded into the record.
-void zorvo_run_word(cpu_state* state, uint32_t word, uint8_t* pc, sve_decoder decoder);
+// transfer has already folded into the record. Entered by `blr x20` that is
+// followed in the code by the word's word_call; returns past it.
+void zorvo_call_word();
 }
+
+// The constants of one word's call, placed in the code right after its blr.
+struct word_call {
+  sve_decoder decoder;
+  const uint8_t* pc;
+  uint32_t word;
+  uint32_t padding;
+};
