@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include <arm_neon.h>
+
 #include "element.h"
 
 // ---- The byte-per-byte form ----
@@ -22,18 +24,18 @@ template <typename T> inline void set_pred_elem(uint8_t* pred, unsigned i, bool 
 // The packed form (memory images of LDR/STR and the generic tier): bit i of
 // the 48-bit value is byte i. Unpacking writes exactly 0 or 1 to each byte.
 //
-// Eight bytes at a time: the multiply gathers bit 0 of byte k into bit 56 + k
-// (no two partial products meet there, and none carries into it); the way
-// back spreads the byte to all eight, keeps bit k in byte k and turns each
-// non-zero byte into 1 without a carry between bytes.
+// Packing: bit 0 of each byte moves to its place within its group of eight
+// (a shift by the byte's position), and three pairwise additions sum each
+// group into one byte. Unpacking spreads a byte to all eight, keeps bit k in
+// byte k and turns each non-zero byte into 1 without a carry between bytes.
 inline uint64_t pack_predicate(const uint8_t* pred) {
-  uint64_t bits = 0;
-  for (unsigned k = 0; k < 6; ++k) {
-    uint64_t x;
-    std::memcpy(&x, pred + 8 * k, 8);
-    bits |= ((x & 0x0101010101010101u) * 0x0102040810204080u) >> 56 << (8 * k);
-  }
-  return bits;
+  const uint8x16_t one = vdupq_n_u8(1);
+  const int8x16_t place = {0, 1, 2, 3, 4, 5, 6, 7, 0, 1, 2, 3, 4, 5, 6, 7};
+  const uint8x16_t a = vshlq_u8(vandq_u8(vld1q_u8(pred), one), place);
+  const uint8x16_t b = vshlq_u8(vandq_u8(vld1q_u8(pred + 16), one), place);
+  const uint8x16_t c = vshlq_u8(vandq_u8(vld1q_u8(pred + 32), one), place);
+  const uint8x16_t pairs = vpaddq_u8(vpaddq_u8(a, b), vpaddq_u8(c, c));
+  return vgetq_lane_u64(vreinterpretq_u64_u8(vpaddq_u8(pairs, pairs)), 0) & 0xffffffffffffu;
 }
 inline void unpack_predicate(uint8_t* pred, uint64_t bits) {
   for (unsigned k = 0; k < 6; ++k) {
