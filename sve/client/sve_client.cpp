@@ -1,6 +1,8 @@
 // The instrumentation client: start-up and shutdown under the runtime, one
 // register record per thread, and the rewriting of every block so that each
 // SVE instruction the decode tables know runs through emulate_instruction.
+#include <atomic>
+#include <climits>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
@@ -11,6 +13,7 @@
 #include "droption.h"
 #include "drreg.h"
 
+#include "../decode/decoders.h"
 #include "../decode/sve_utils.h"
 #include "../trace/tracesink.h"
 #include "emulate.h"
@@ -158,6 +161,32 @@ uint32_t word_of(instr_t* instr) {
   return word;
 }
 
+// The decode cascade's answers, remembered for every thread: a word met in
+// one block (or by one thread) is met again in the next. Each entry is one
+// atomic 64-bit value, the word and its decoder's distance from a function of
+// this library, so that threads need no lock.
+constexpr unsigned kDecoderCacheSize = 4096;
+std::atomic<uint64_t> decoder_cache[kDecoderCacheSize];
+constexpr int32_t kNoDecoder = INT32_MIN;
+
+intptr_t decoder_base() { return reinterpret_cast<intptr_t>(&sve_prefetch_nop); }
+
+sve_decoder find_decoder(uint32_t word) {
+  std::atomic<uint64_t>& entry = decoder_cache[(word * 0x9e3779b1u) >> 20];
+  const uint64_t cached = entry.load(std::memory_order_relaxed);
+  // An empty entry (0) matches only word 0, which no decoder takes either.
+  if (cached != 0 && uint32_t(cached) == word) {
+    const int32_t offset = int32_t(cached >> 32);
+    return offset == kNoDecoder ? nullptr : reinterpret_cast<sve_decoder>(decoder_base() + offset);
+  }
+  const sve_decoder decoder = get_sve_handler(word);
+  const intptr_t offset =
+      decoder ? reinterpret_cast<intptr_t>(decoder) - decoder_base() : intptr_t{kNoDecoder};
+  if (offset >= INT32_MIN && offset <= INT32_MAX)
+    entry.store(uint64_t(uint32_t(int32_t(offset))) << 32 | word, std::memory_order_relaxed);
+  return decoder;
+}
+
 void call_routine(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, void (*routine)()) {
   instrlist_insert_mov_immed_ptrsz(dc, reinterpret_cast<ptr_int_t>(routine), x(29), bb, where, NULL,
                                    NULL);
@@ -272,7 +301,7 @@ dr_emit_flags_t lean_instruction_change(void* drcontext, instrlist_t* bb) {
   app_pc run_start = NULL;
   for (instr_t* instr = instrlist_first_app(bb); instr != NULL; instr = next) {
     next = instr_get_next_app(instr);
-    const sve_decoder decoder = get_sve_handler(word_of(instr));
+    const sve_decoder decoder = find_decoder(word_of(instr));
     if (decoder == nullptr && in_run && is_loop_back(instr, run_start)) {
       const app_pc pc = instr_get_app_pc(instr);
       loop_back(drcontext, bb, instr, run_head);
