@@ -222,8 +222,9 @@ void close_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
          INSTR_CREATE_ldr(dc, x(27), state_field(offsetof(cpu_state, regs[27]), OPSZ_8)));
 }
 
-// Inside a run X19 holds the record and X20 zorvo_call_word, which reads the
-// word, its address and its decoder from the code after the blr.
+// Inside a run X19 holds the record, X20 zorvo_call_word and X21
+// zorvo_call_thin_word, which read the word, its address and its decoder
+// from the code after the blr.
 void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder) {
   const app_pc pc = instr_get_app_pc(instr);
   emulated_instr_t emulated = {};
@@ -233,7 +234,9 @@ void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder
   instr_set_raw_bits(emulated.instr, dr_app_pc_for_decoding(pc), 4);
   instr_set_raw_bits_valid(emulated.instr, true);
   drmgr_insert_emulation_start(dc, bb, instr, &emulated);
-  insert(bb, instr, pc, INSTR_CREATE_blr(dc, x(20)));
+  const decode_row* row = find_decode_row(word_of(instr));
+  const bool thin = row != nullptr && row->kind == DECODER_THIN && row->decoder == decoder;
+  insert(bb, instr, pc, INSTR_CREATE_blr(dc, x(thin ? 21 : 20)));
   const word_call constants = {decoder, pc, word_of(instr), 0};
   instr_t* data = instr_create(dc);
   instr_allocate_raw_bits(dc, data, sizeof constants);

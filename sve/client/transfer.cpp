@@ -48,8 +48,23 @@ zorvo_transfer_in:
   mov x19, x27
   adrp x20, zorvo_call_word
   add x20, x20, :lo12:zorvo_call_word
+  adrp x21, zorvo_call_thin_word
+  add x21, x21, :lo12:zorvo_call_thin_word
   ret
   .size zorvo_transfer_in, . - zorvo_transfer_in
+
+  .p2align 4
+  .globl zorvo_call_thin_word
+  .hidden zorvo_call_thin_word
+  .type zorvo_call_thin_word, %function
+zorvo_call_thin_word:
+  ldp x3, x2, [x30]
+  ldr w1, [x30, #16]
+  add x30, x30, #24
+  str x2, [x19, #256]
+  mov x0, x19
+  br x3
+  .size zorvo_call_thin_word, . - zorvo_call_thin_word
 
   .p2align 4
   .globl zorvo_call_word
