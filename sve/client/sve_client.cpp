@@ -39,6 +39,17 @@ void insert(instrlist_t* bb, instr_t* where, app_pc pc, instr_t* instr) {
   instrlist_preinsert(bb, where, instr_set_translation(instr, pc));
 }
 
+// The label before the code that stands for the application's word at pc.
+void mark_emulation_start(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
+  emulated_instr_t emulated = {};
+  emulated.size = sizeof(emulated);
+  emulated.pc = pc;
+  emulated.instr = instr_create(dc);
+  instr_set_raw_bits(emulated.instr, dr_app_pc_for_decoding(pc), 4);
+  instr_set_raw_bits_valid(emulated.instr, true);
+  drmgr_insert_emulation_start(dc, bb, where, &emulated);
+}
+
 void event_thread_init(void* drcontext) {
   void* state = dr_thread_alloc(drcontext, sizeof(cpu_state));
   drmgr_set_tls_field(drcontext, tls_idx, state);
@@ -104,13 +115,7 @@ void replace_instruction(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder 
   DR_ASSERT(dr_get_stolen_reg() == DR_REG_X28);
   const auto state = reinterpret_cast<ptr_int_t>(drmgr_get_tls_field(dc, tls_idx));
 
-  emulated_instr_t emulated = {};
-  emulated.size = sizeof(emulated);
-  emulated.pc = pc;
-  emulated.instr = instr_create(dc);
-  instr_set_raw_bits(emulated.instr, dr_app_pc_for_decoding(pc), 4);
-  instr_set_raw_bits_valid(emulated.instr, true);
-  drmgr_insert_emulation_start(dc, bb, instr, &emulated);
+  mark_emulation_start(dc, bb, instr, pc);
 
   dr_save_reg(dc, bb, instr, DR_REG_X26, SPILL_SLOT_1);
   dr_save_reg(dc, bb, instr, DR_REG_X27, SPILL_SLOT_2);
@@ -227,13 +232,7 @@ void close_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
 // from the code after the blr.
 void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder) {
   const app_pc pc = instr_get_app_pc(instr);
-  emulated_instr_t emulated = {};
-  emulated.size = sizeof(emulated);
-  emulated.pc = pc;
-  emulated.instr = instr_create(dc);
-  instr_set_raw_bits(emulated.instr, dr_app_pc_for_decoding(pc), 4);
-  instr_set_raw_bits_valid(emulated.instr, true);
-  drmgr_insert_emulation_start(dc, bb, instr, &emulated);
+  mark_emulation_start(dc, bb, instr, pc);
   const decode_row* row = find_decode_row(word_of(instr));
   const bool thin = row != nullptr && row->kind == DECODER_THIN && row->decoder == decoder;
   insert(bb, instr, pc, INSTR_CREATE_blr(dc, x(thin ? 21 : 20)));

@@ -14,6 +14,15 @@ static_assert(offsetof(cpu_state, z) == 288 && sizeof(cpu_state::z[0]) == 48);
 // holds only SVE words, so it cannot change between the entry and the calls.
 // Nothing writes FPCR back, since no SVE instruction changes it.
 asm(R"(
+  // x3 = decoder, w1 = word, the record's pc = the word's address; x30
+  // moves past the word_call that follows the caller's blr.
+  .macro take_word_call
+  ldp x3, x2, [x30]
+  ldr w1, [x30, #16]
+  add x30, x30, #24
+  str x2, [x19, #256]
+  .endm
+
   .text
   .p2align 4
   .globl zorvo_transfer_in
@@ -58,10 +67,7 @@ zorvo_transfer_in:
   .hidden zorvo_call_thin_word
   .type zorvo_call_thin_word, %function
 zorvo_call_thin_word:
-  ldp x3, x2, [x30]
-  ldr w1, [x30, #16]
-  add x30, x30, #24
-  str x2, [x19, #256]
+  take_word_call
   mov x0, x19
   br x3
   .size zorvo_call_thin_word, . - zorvo_call_thin_word
@@ -71,10 +77,7 @@ zorvo_call_thin_word:
   .hidden zorvo_call_word
   .type zorvo_call_word, %function
 zorvo_call_word:
-  ldp x3, x2, [x30]
-  ldr w1, [x30, #16]
-  add x30, x30, #24
-  str x2, [x19, #256]
+  take_word_call
   stp x29, x30, [sp, #-16]!
   mov x0, x19
   blr x3
