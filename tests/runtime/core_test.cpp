@@ -108,6 +108,23 @@ TEST_F(CoreTest, FragmentWrapsTheClientsCodeAndBranchesBehindTheBlock) {
   EXPECT_EQ(find_fragment(t, tag), f);
 }
 
+// A loop the client leaves as it is: the exit carries out its branch.
+TEST_F(CoreTest, ALoopBranchLeftInTheBlockIsTakenByTheExit) {
+  static uint32_t app[] = {kSveAdd, 0xf1000529 /* subs x9, x9, #1 */, 0x54ffffc1 /* b.ne app */};
+  const auto tag = reinterpret_cast<app_pc>(app);
+  with_fake_client client(1);
+  fragment* f = build_fragment(t, tag);
+  ASSERT_NE(f->code, nullptr);
+  EXPECT_EQ(seen.app_pcs, (std::vector<app_pc>{tag, tag + 4, tag + 8}));
+  const byte* c = f->code + 4 * 3;         // behind the FPCR probe
+  EXPECT_EQ(word_at(c), 0xd2800001u);      // the client's word for the SVE add
+  EXPECT_EQ(word_at(c + 4), app[1]);       // subs, as it is
+  EXPECT_EQ(word_at(c + 8), 0xf940479cu);  // ldr x28: the flags stay
+  EXPECT_EQ(word_at(c + 12), 0x54000041u); // b.ne over the way out
+  EXPECT_EQ(branch_target(c + 16), tag + 12);
+  EXPECT_EQ(branch_target(c + 20), tag);
+}
+
 TEST_F(CoreTest, TheFirstWordTheClientKeepsEndsTheBlock) {
   static uint32_t app[] = {kSveAdd, kSveSub, kSveAdd};
   const auto tag = reinterpret_cast<app_pc>(app);
