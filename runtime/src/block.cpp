@@ -99,17 +99,55 @@ int take_loop_branch(void* drcontext, instrlist_t* bb, app_pc tag) {
   return int(word & 0xf);
 }
 
+// The conditional branches out of the middle of the block that are still
+// the application's words: each leaves by an exit of its own, behind the
+// block's exit. Fixed arrays: this runs in the signal handler.
+struct side_exits {
+  instr_t* branch[kMaxBlockWords];
+  instr_t* exit[kMaxBlockWords];
+  int count = 0;
+};
+
+void find_side_branches(instrlist_t* bb, side_exits* sides) {
+  for (instr_t* i = instrlist_first(bb); i && sides->count < kMaxBlockWords; i = instr_get_next(i))
+    if ((i->flags & INSTR_FROM_APP) && i->raw_length == 4 &&
+        is_conditional_branch(word_at(i->raw_bits)))
+      sides->branch[sides->count++] = i;
+}
+
+// Points each side branch at its exit, now that the layout is known.
+void link_side_exits(instrlist_t* bb, const side_exits& sides) {
+  size_t branch_at[kMaxBlockWords] = {}, exit_at[kMaxBlockWords] = {};
+  size_t offset = 0;
+  for (instr_t* i = instrlist_first(bb); i; i = instr_get_next(i)) {
+    for (int k = 0; k < sides.count; ++k) {
+      if (i == sides.branch[k]) branch_at[k] = offset;
+      if (i == sides.exit[k]) exit_at[k] = offset;
+    }
+    offset += encoded_length(i);
+  }
+  for (int k = 0; k < sides.count; ++k) {
+    const uint32_t condition = word_at(sides.branch[k]->raw_bits) & 0xf;
+    const uint32_t imm19 = uint32_t((exit_at[k] - branch_at[k]) / 4) & 0x7ffff;
+    const uint32_t word = 0x54000000u | imm19 << 5 | condition;
+    std::memcpy(sides.branch[k]->raw_bits, &word, 4);
+  }
+}
+
 // Encodes bb into the cache, exiting to resume; returns the code that
 // follows the branch entry. Null when memory ran out.
 byte* encode_fragment(rt_thread* t, app_pc tag, instrlist_t* bb, app_pc resume) {
   void* dc = t;
   const int loop_condition = take_loop_branch(dc, bb, tag);
+  side_exits sides;
+  find_side_branches(bb, &sides);
   prepend_branch_entry(dc, bb);
   size_t size = 0;
   for (instr_t* i = instrlist_first(bb); i; i = instr_get_next(i)) size += encoded_length(i);
   // The exit: a load and a branch, or a load and the trap with its target;
-  // for a loop also a b.cond and the branch or trap back.
-  const size_t exit_size = loop_condition < 0 ? 16 : 32;
+  // for a loop also a b.cond and the branch or trap back; one more load and
+  // branch or trap for each side branch.
+  const size_t exit_size = (loop_condition < 0 ? 16 : 32) + 16 * size_t(sides.count);
   bool direct = false;
   byte* code = reserve_code(t, size + exit_size, resume, &direct);
   if (code == nullptr) return nullptr;
@@ -117,6 +155,14 @@ byte* encode_fragment(rt_thread* t, app_pc tag, instrlist_t* bb, app_pc resume) 
     append_exit(dc, bb, resume, direct);
   else
     append_exit(dc, bb, resume, direct, tag, uint32_t(loop_condition));
+  for (int k = 0; k < sides.count; ++k) {
+    instr_t* before = instrlist_last(bb);
+    const instr_t* branch = sides.branch[k];
+    append_exit(dc, bb, conditional_branch_target(word_at(branch->raw_bits), branch->translation),
+                direct);
+    sides.exit[k] = instr_get_next(before);
+  }
+  link_side_exits(bb, sides);
   byte* pc = code;
   for (instr_t* i = instrlist_first(bb); i; i = instr_get_next(i)) {
     pc = instr_encode_to_copy(dc, i, pc, pc);
@@ -181,26 +227,32 @@ bool is_plain_data_word(uint32_t word) {
   return false;
 }
 
-bool is_conditional_branch_to(uint32_t word, app_pc at, app_pc target) {
-  if ((word & 0xff000010) != 0x54000000) return false;
+bool is_conditional_branch(uint32_t word) { return (word & 0xff000010) == 0x54000000; }
+
+app_pc conditional_branch_target(uint32_t word, app_pc at) {
   const int32_t imm19 = static_cast<int32_t>(word << 8) >> 13;
-  return at + 4 * int64_t{imm19} == target;
+  return at + 4 * int64_t{imm19};
+}
+
+bool is_conditional_branch_to(uint32_t word, app_pc at, app_pc target) {
+  return is_conditional_branch(word) && conditional_branch_target(word, at) == target;
 }
 
 int block_words(app_pc pc) {
   int n = 0, through_last_sve = 0;
   while (n < kMaxBlockWords && same_page(pc, pc + 4 * n)) {
     const uint32_t word = application_word(pc + 4 * n);
-    if (is_sve_word(word))
+    if (is_sve_word(word)) {
       through_last_sve = n + 1;
-    else if (n == 0 || !is_plain_data_word(word))
+    } else if (n == 0) {
       break;
+    } else if (is_conditional_branch_to(word, pc + 4 * n, pc)) {
+      return n + 1; // a loop: the words up to a conditional branch back to the first
+    } else if (!is_plain_data_word(word) && !is_conditional_branch(word)) {
+      break;
+    }
     ++n;
   }
-  // A loop: the words up to a conditional branch back to the first.
-  if (n > 0 && n < kMaxBlockWords && same_page(pc, pc + 4 * n) &&
-      is_conditional_branch_to(application_word(pc + 4 * n), pc + 4 * n, pc))
-    return n + 1;
   return through_last_sve;
 }
 

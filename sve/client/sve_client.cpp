@@ -296,6 +296,31 @@ void loop_back(void* dc, instrlist_t* bb, instr_t* instr, instr_t* head) {
   instr_destroy(dc, instr);
 }
 
+// A conditional branch out of the run: when it is not taken the run goes on
+// (a b.cond on the record's flags, inverted, jumps over the way out); when it
+// is, the run closes and the application's b.cond, left in place, takes the
+// runtime's exit for it.
+bool is_side_branch(instr_t* instr) {
+  const uint32_t word = word_of(instr);
+  return (word & 0xff000010) == 0x54000000 && (word & 0xf) < 14;
+}
+
+void side_exit(void* dc, instrlist_t* bb, instr_t* instr) {
+  const app_pc pc = instr_get_app_pc(instr);
+  insert(bb, instr, pc,
+         INSTR_CREATE_ldr(dc, x(12), field(DR_REG_X19, offsetof(cpu_state, nzcv), OPSZ_8)));
+  insert(bb, instr, pc, INSTR_CREATE_msr(dc, reg(DR_REG_NZCV), x(12)));
+  instr_t* skip = instr_create(dc);
+  instr_allocate_raw_bits(dc, skip, 4);
+  insert(bb, instr, pc, skip);
+  close_run(dc, bb, instr, pc);
+  int distance = instr_length(dc, skip);
+  for (instr_t* i = instr_get_next(skip); i != instr_get_next(instr); i = instr_get_next(i))
+    distance += instr_length(dc, i);
+  const uint32_t inverted = (word_of(instr) & 0xf) ^ 1;
+  instr_set_raw_word(skip, 0, 0x54000000u | (uint32_t(distance / 4) & 0x7ffff) << 5 | inverted);
+}
+
 dr_emit_flags_t lean_instruction_change(void* drcontext, instrlist_t* bb) {
   instr_t* next;
   bool in_run = false;
@@ -308,6 +333,11 @@ dr_emit_flags_t lean_instruction_change(void* drcontext, instrlist_t* bb) {
       const app_pc pc = instr_get_app_pc(instr);
       loop_back(drcontext, bb, instr, run_head);
       if (next == NULL) close_run(drcontext, bb, NULL, pc);
+      continue;
+    }
+    if (decoder == nullptr && in_run && is_side_branch(instr)) {
+      side_exit(drcontext, bb, instr);
+      if (next == NULL) close_run(drcontext, bb, NULL, instr_get_app_pc(instr));
       continue;
     }
     record_word_plan plan;

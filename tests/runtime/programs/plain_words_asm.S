@@ -83,6 +83,18 @@ run_plain_words:
         add     x29, x29, #1
         b.mi    2b
 
+        // A loop with ways out in its middle: one never taken, one taken on
+        // the fifth iteration, when X15 reaches 60 (12 words a vector).
+        mov     x15, #0
+        mov     x16, #100
+3:      cntw    x7
+        add     x15, x15, x7
+        cmp     x15, #60
+        b.vs    4f
+        b.hs    4f
+        subs    x16, x16, #1
+        b.ne    3b
+4:
         ldr     x28, [sp, #96]
         stp     x0, x1, [x28, #0]
         stp     x2, x3, [x28, #16]
