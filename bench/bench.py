@@ -1,15 +1,22 @@
 #!/usr/bin/env python3
 """make bench: what an emulated SVE instruction costs.
 
-Each kernel in BUILD/bench/kernels.txt runs
-  on the reference  (qemu-aarch64 -cpu max,sve384=on) with the instruction-count
-                    plugin: guest instructions and SVE instructions executed;
-  under zorvo       on the processor without SVE, with the same plugin and
-                    --stats: guest instructions, signals, fragment entries;
-and then --runs more times each, alternating, without the plugin, for the
-wall-clock medians. Guest instructions per emulated SVE instruction =
-(zorvo total - (reference total - reference SVE)) / reference SVE: what the
-same run costs on a processor without SVE, apart from the signals themselves.
+Each kernel in BUILD/bench/kernels.txt runs, at two repeat counts (its first
+argument), each with the instruction-count plugin:
+  on the reference  (qemu-aarch64 -cpu max,sve384=on): guest instructions and
+                    SVE instructions executed;
+  under zorvo       on the processor without SVE, with --stats: guest
+                    instructions, signals, fragment entries, words translated,
+                    code bytes;
+  under QEMU-user   the arm64 qemu-aarch64-static, run by the processor without
+                    SVE, emulating the reference processor: guest instructions
+                    of the outer processor;
+and then --runs more times on the reference and under zorvo, alternating,
+without the plugin, for the wall-clock medians. Guest instructions per
+emulated SVE instruction = (zorvo total - (reference total - reference SVE)) /
+reference SVE: what the same run costs on a processor without SVE, apart from
+the signals themselves. The steady state is the same ratio of the differences
+between the long and the short run, where start-up and translation cancel.
 
 The table goes to standard output and to --out (bench/results.md), whose last
 line keeps the figures so that a later run, for instance with a changed
@@ -30,6 +37,8 @@ import threading
 import time
 
 SYSROOT = "/usr/aarch64-linux-gnu"
+SHORT_REPEAT, LONG_REPEAT = 5, 10
+QEMU_USER = os.path.join("bench", "qemu-user", "usr", "bin", "qemu-aarch64-static")
 REFERENCE_CPU = "max,sve384=on"
 NO_SVE_CPU = "max,sve=off"
 DATA_MARK = "<!-- bench figures: "
@@ -113,7 +122,7 @@ def failure(status, out, err):
 class Runner:
     """Runs programs on the reference and under zorvo, with or without counting."""
 
-    def __init__(self, build, timeout, scratch, zorvo_options=()):
+    def __init__(self, build, timeout, scratch, zorvo_options=(), qemu_user=None):
         self.build, self.timeout, self.scratch = build, timeout, scratch
         self.counts_file = os.path.join(scratch, "counts")
         plugin = os.path.abspath(os.path.join(build, "bench", "insncount.so"))
@@ -133,6 +142,11 @@ class Runner:
             "counted zorvo --mix": ([zorvo, "--stats", "--mix", *zorvo_options, "--"],
                                     counted_env),
         }
+        if qemu_user:
+            # The outer processor counts; the inner emulator is the user's.
+            self.ways["counted qemu-user"] = (
+                qemu + ["-cpu", NO_SVE_CPU] + with_plugin +
+                [qemu_user, "-L", SYSROOT, "-cpu", REFERENCE_CPU], env)
 
     def run(self, way, program, args=()):
         """(why it failed or None, stderr, seconds)"""
@@ -150,19 +164,36 @@ class Runner:
 
 
 def measure(kernel, runner, runs):
-    row = {"kernel": kernel}
+    row = {"kernel": kernel, "repeats": [SHORT_REPEAT, LONG_REPEAT]}
+    short, long = [str(SHORT_REPEAT)], [str(LONG_REPEAT)]
     row["reference_fails"], row["reference"], _ = runner.count("counted reference", kernel)
     if row["reference_fails"]:
         return row
+    for key, args in (("reference_short", short), ("reference_long", long)):
+        failed, row[key], _ = runner.count("counted reference", kernel, args)
+        row["reference_fails"] = row["reference_fails"] or failed
+    if row["reference_fails"]:
+        return row
+    if "counted qemu-user" in runner.ways:
+        for key, args in (("qemu_user_short", short), ("qemu_user_long", long)):
+            failed, row[key], _ = runner.count("counted qemu-user", kernel, args)
+            if failed:
+                row[key] = None
     # The instructions of a failed run measure nothing.
     row["zorvo_fails"], counts, err = runner.count("counted zorvo", kernel)
     if row["zorvo_fails"]:
         return row
     row["zorvo"] = counts
     stats = re.search(r"(\d+) blocks built, \d+ fragments, (\d+) signals taken, "
-                      r"(\d+) fragment entries", err)
-    row["blocks"], row["signals"], row["entries"] = (map(int, stats.groups()) if stats
-                                                     else (None, None, None))
+                      r"(\d+) fragment entries(?:\nzorvo: (\d+) SVE words translated, "
+                      r"(\d+) bytes of code)?", err)
+    (row["blocks"], row["signals"], row["entries"], row["words"],
+     row["code_bytes"]) = ([None if g is None else int(g) for g in stats.groups()] if stats
+                           else (None,) * 5)
+    for key, args in (("zorvo_short", short), ("zorvo_long", long)):
+        row["zorvo_fails"], row[key], _ = runner.count("counted zorvo", kernel, args)
+        if row["zorvo_fails"]:
+            return row
 
     times = {"reference": [], "zorvo": []}
     for _ in range(runs):
@@ -278,6 +309,38 @@ def per_sve(row, startup=0):
     return (row["zorvo"][0] - startup - (total - sve)) / sve
 
 
+def steady_per_sve(row, way="zorvo"):
+    """Guest instructions per emulated SVE instruction in the steady state:
+    per_sve of the difference between the long and the short run."""
+    ref_short, ref_long = row.get("reference_short"), row.get("reference_long")
+    short, long = row.get(way + "_short"), row.get(way + "_long")
+    if not (ref_short and ref_long and short and long) or ref_long[1] == ref_short[1]:
+        return None
+    sve = ref_long[1] - ref_short[1]
+    native = (ref_long[0] - ref_long[1]) - (ref_short[0] - ref_short[1])
+    return (long[0] - short[0] - native) / sve
+
+
+def translation_per_word(row, startup):
+    """What the whole run spent beyond start-up and beyond what the steady
+    state explains, per SVE word translated: building blocks, and the signal
+    by which each thread enters a block first."""
+    steady = steady_per_sve(row)
+    if steady is None or startup is None or not row.get("words") or not row.get("zorvo"):
+        return None
+    total, sve = row["reference"]
+    return (row["zorvo"][0] - startup - (total - sve) - steady * sve) / row["words"]
+
+
+def code_bytes_per_word(row):
+    return row["code_bytes"] / row["words"] if row.get("words") else None
+
+
+def qemu_user_ratio(row):
+    zorvo, qemu_user = steady_per_sve(row), steady_per_sve(row, "qemu_user")
+    return zorvo / qemu_user if zorvo is not None and qemu_user else None
+
+
 def time_ratio(row):
     return row["zorvo_s"] / row["reference_s"] if row.get("reference_s") else None
 
@@ -327,14 +390,36 @@ def results_table(figures):
     return "\n".join(lines)
 
 
+def steady_table(figures):
+    lines = [
+        "| kernel | SVE instructions per repeat | zorvo per SVE, steady state "
+        "| zorvo per SVE, whole run without start-up | QEMU-user per SVE, steady state "
+        "| zorvo / QEMU-user | translation per SVE word | code bytes per SVE word "
+        "| SVE words translated |",
+        "|---|---:|---:|---:|---:|---:|---:|---:|---:|",
+    ]
+    for r in figures["rows"]:
+        ref_short, ref_long = r.get("reference_short"), r.get("reference_long")
+        per_repeat = ((ref_long[1] - ref_short[1]) / (LONG_REPEAT - SHORT_REPEAT)
+                      if ref_short and ref_long else None)
+        lines.append("| %s |" % " | ".join([
+            r["kernel"], fmt(per_repeat, ",.0f"), fmt(steady_per_sve(r), ",.1f"),
+            fmt(per_sve(r, figures["startup"]), ",.1f"),
+            fmt(steady_per_sve(r, "qemu_user"), ",.1f"), fmt(qemu_user_ratio(r), ".2f"),
+            fmt(translation_per_word(r, figures["startup"]), ",.0f"),
+            fmt(code_bytes_per_word(r), ",.0f"), fmt(r.get("words"), ",")]))
+    return "\n".join(lines)
+
+
 def comparison_table(before, after):
     """This run next to an earlier one, kernel by kernel."""
     old = {r["kernel"]: r for r in before["rows"]}
     head = "%s → %s" % (before["label"], after["label"])
     lines = [
         "| kernel (%s) | under zorvo | instructions per emulated SVE | the same without start-up "
-        "| zorvo s | time ratio | signals per block execution | the same after warm-up |" % head,
-        "|---|---|---:|---:|---:|---:|---:|---:|",
+        "| steady state | zorvo s | time ratio | signals per block execution "
+        "| the same after warm-up |" % head,
+        "|---|---|---:|---:|---:|---:|---:|---:|---:|",
     ]
 
     def pair(then, now, spec):
@@ -346,6 +431,7 @@ def comparison_table(before, after):
             r["kernel"], "%s → %s" % (short_result(o), short_result(r)),
             pair(per_sve(o), per_sve(r), ",.1f"),
             pair(per_sve(o, before["startup"]), per_sve(r, after["startup"]), ",.1f"),
+            pair(steady_per_sve(o), steady_per_sve(r), ",.1f"),
             pair(o.get("zorvo_s"), r.get("zorvo_s"), ".3f"),
             pair(time_ratio(o), time_ratio(r), ".1f"),
             pair(signals_per_entry(o), signals_per_entry(r), ".3g"),
@@ -413,8 +499,20 @@ def main():
     parser.add_argument("--zorvo-option", action="append", default=[], metavar="OPTION",
                         help="passed to zorvo in each run (repeatable), "
                              "e.g. --zorvo-option=--entry-by-signal")
+    parser.add_argument("--no-qemu-user", action="store_true",
+                        help="leave out the QEMU-user column (no download)")
     parser.add_argument("--out", default=os.path.join(os.path.dirname(__file__), "results.md"))
     args = parser.parse_args()
+
+    qemu_user = None
+    if not args.no_qemu_user:
+        qemu_user = os.path.abspath(os.path.join(args.build, QEMU_USER))
+        fetch = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "scripts",
+                             "fetch-qemu-user-arm64.sh")
+        if subprocess.run(["bash", fetch, qemu_user.rsplit("/usr/bin/", 1)[0]]).returncode:
+            print("bench: no QEMU-user column: the arm64 emulator could not be fetched",
+                  file=sys.stderr)
+            qemu_user = None
 
     with open(os.path.join(args.build, "bench", "kernels.txt")) as f:
         kernels = f.read().split()
@@ -426,7 +524,7 @@ def main():
     load = os.getloadavg()[0]
     figures = {"label": args.label or default_label(), "rows": []}
     with tempfile.TemporaryDirectory(prefix="zorvo-bench-") as scratch:
-        runner = Runner(args.build, args.timeout, scratch, args.zorvo_option)
+        runner = Runner(args.build, args.timeout, scratch, args.zorvo_option, qemu_user)
         figures["startup"] = startup_cost(runner)
         print("bench: trace report ...", file=sys.stderr, flush=True)
         figures["trace_report"] = trace_report_cost(args.build, scratch)
@@ -449,7 +547,18 @@ def main():
             "entries. Start-up: zorvo adds %s guest instructions to a "
             "program without SVE (bench/tools/no_sve.c) before its first SVE instruction."
             % (args.runs, fmt(figures["startup"], ",")), "",
-            results_table(figures), "", *mix_cost_text(figures["mix"]), "",
+            results_table(figures), "",
+            "Steady state: each kernel run again with %d and %d repeats (its first argument); "
+            "per SVE = (Δzorvo − (Δreference − Δreference SVE)) / Δreference SVE over the "
+            "difference Δ of the two runs, so that start-up and translation cancel. QEMU-user: "
+            "Debian's arm64 qemu-aarch64-static emulating `-cpu %s`, itself run by "
+            "`qemu-aarch64 -cpu %s` with the counting plugin, the same differences. "
+            "Translation per SVE word: the whole run (%s) less start-up, less the native "
+            "instructions, less the steady-state cost of its SVE instructions, over the SVE "
+            "words in the fragments built (`--stats`); code bytes likewise."
+            % (SHORT_REPEAT, LONG_REPEAT, REFERENCE_CPU, NO_SVE_CPU,
+               "the kernel's own repeat count"), "",
+            steady_table(figures), "", *mix_cost_text(figures["mix"]), "",
             report_cost_text(figures["trace_report"]), ""]
     if before:
         text += ["Compared with the earlier run:", "", comparison_table(before, figures), ""]

@@ -66,10 +66,10 @@ class Figures(unittest.TestCase):
             read = bench.read_previous(f.name)
         lines = bench.comparison_table(read, after).splitlines()
         self.assertIn("before → after", lines[0])
-        self.assertEqual(lines[2], "| k | ok → ok | 25.0 → 15.0 | 20.0 → 15.0 | 2.000 → 1.000 "
-                                   "| 4.0 → 2.0 | 0.25 → 0.05 | 0.2 → 0 |")
+        self.assertEqual(lines[2], "| k | ok → ok | 25.0 → 15.0 | 20.0 → 15.0 | — → — "
+                                   "| 2.000 → 1.000 | 4.0 → 2.0 | 0.25 → 0.05 | 0.2 → 0 |")
         self.assertEqual(lines[3], "| new | not run → fails | — → — | — → — | — → — | — → — "
-                                   "| — → — | — → — |")
+                                   "| — → — | — → — | — → — |")
 
     def test_hand_written_sections_outlive_a_new_run(self):
         with tempfile.NamedTemporaryFile("w", suffix=".md") as f:
@@ -78,6 +78,23 @@ class Figures(unittest.TestCase):
             f.flush()
             self.assertEqual(bench.kept_notes(f.name), ["## Why", "", "Because.", ""])
         self.assertEqual(bench.kept_notes("/nonexistent/results.md"), [])
+
+    def test_the_steady_state_is_the_difference_of_two_run_lengths(self):
+        # The longer run adds 100 SVE and 400 native instructions; zorvo spends
+        # 400 + 100 * 30. Start-up and translation are in both runs and cancel.
+        row = dict(ROW, reference_short=(1000, 200), reference_long=(1500, 300),
+                   zorvo_short=(90000, 0), zorvo_long=(93400, 0),
+                   qemu_user_short=(500000, 0), qemu_user_long=(506400, 0))
+        self.assertEqual(bench.steady_per_sve(row), 30.0)
+        self.assertEqual(bench.steady_per_sve(row, "qemu_user"), 60.0)
+        self.assertEqual(bench.qemu_user_ratio(row), 0.5)
+        self.assertIsNone(bench.steady_per_sve(dict(row, zorvo_long=None)))
+        self.assertIsNone(bench.qemu_user_ratio(dict(row, qemu_user_long=None)))
+        # A whole run of 12000 less 1000 of start-up, the 800 native
+        # instructions and 200 SVE at 30 each leaves 4200 for 10 words.
+        self.assertEqual(bench.translation_per_word(dict(row, words=10, zorvo=(12000, 0)), 1000),
+                         420.0)
+        self.assertIsNone(bench.translation_per_word(dict(row, words=None), 1000))
 
     def test_signals_after_warm_up_leave_out_one_per_block_built(self):
         self.assertEqual(bench.signals_after_warm_up(ROW), 0.2)

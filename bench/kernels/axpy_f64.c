@@ -4,7 +4,7 @@
 #include "bench_check.h"
 
 #define N 3001
-#define REPEAT 20
+#define DEFAULT_REPEAT 20
 
 static double x[N], y[N], y0[N];
 
@@ -17,22 +17,23 @@ __attribute__((noinline)) static void axpy(double a, const double* xs, double* y
   }
 }
 
-SCALAR static int check(void) {
+SCALAR static int check(int repeat) {
   for (int i = 0; i < N; ++i) {
     double want = y0[i];
-    for (int r = 0; r < REPEAT; ++r) want = __builtin_fma(x[i], 0.5, want);
+    for (int r = 0; r < repeat; ++r) want = __builtin_fma(x[i], 0.5, want);
     if (y[i] != want) return 0;
   }
   return 1;
 }
 
-int main(void) {
+int main(int argc, char** argv) {
+  const int repeat = bench_repeat(argc, argv, DEFAULT_REPEAT);
   for (int i = 0; i < N; ++i) {
     x[i] = (double)(i % 31) * 0.25;
     y[i] = y0[i] = (double)(i % 7);
   }
-  for (int r = 0; r < REPEAT; ++r) axpy(0.5, x, y, N);
+  for (int r = 0; r < repeat; ++r) axpy(0.5, x, y, N);
   double sum = 0;
   for (int i = 0; i < N; ++i) sum += y[i];
-  return bench_report("axpy_f64", check(), sum);
+  return bench_report("axpy_f64", check(repeat), sum);
 }

@@ -4,7 +4,7 @@
 #include "bench_check.h"
 
 #define N 20011
-#define REPEAT 20
+#define DEFAULT_REPEAT 20
 
 static uint8_t src[N], dst[N];
 
@@ -18,9 +18,10 @@ SCALAR static int check(void) {
   return 1;
 }
 
-int main(void) {
+int main(int argc, char** argv) {
+  const int repeat = bench_repeat(argc, argv, DEFAULT_REPEAT);
   for (int i = 0; i < N; ++i) src[i] = (uint8_t)(i * 31 + 7);
-  for (int r = 0; r < REPEAT; ++r) copy(dst, src, N - r);
+  for (int r = 0; r < repeat; ++r) copy(dst, src, N - r);
   double sum = 0;
   for (int i = 0; i < N; ++i) sum += dst[i];
   return bench_report("copy_u8", check(), sum);

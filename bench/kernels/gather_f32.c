@@ -5,7 +5,7 @@
 
 #define N 4001
 #define TABLE 1021
-#define REPEAT 20
+#define DEFAULT_REPEAT 20
 
 static float table[TABLE], out[N];
 static int32_t index_of[N];
@@ -21,10 +21,11 @@ SCALAR static int check(void) {
   return 1;
 }
 
-int main(void) {
+int main(int argc, char** argv) {
+  const int repeat = bench_repeat(argc, argv, DEFAULT_REPEAT);
   for (int i = 0; i < TABLE; ++i) table[i] = (float)(i % 113) - 50.0f;
   for (int i = 0; i < N; ++i) index_of[i] = (i * 389) % TABLE;
-  for (int r = 0; r < REPEAT; ++r) gather(out, table, index_of, 1.5f, N);
+  for (int r = 0; r < repeat; ++r) gather(out, table, index_of, 1.5f, N);
   double sum = 0;
   for (int i = 0; i < N; ++i) sum += out[i];
   return bench_report("gather_f32", check(), sum);

@@ -5,7 +5,7 @@
 #include "bench_check.h"
 
 #define N 6007
-#define REPEAT 20
+#define DEFAULT_REPEAT 20
 
 static int32_t a[N], b[N], b0[N];
 
@@ -21,12 +21,13 @@ SCALAR static int check(int32_t t) {
   return 1;
 }
 
-int main(void) {
+int main(int argc, char** argv) {
+  const int repeat = bench_repeat(argc, argv, DEFAULT_REPEAT);
   for (int i = 0; i < N; ++i) {
     a[i] = (i * 7919) % 1000;
     b[i] = b0[i] = -i;
   }
-  for (int r = 0; r < REPEAT; ++r) update(b, a, 600, N);
+  for (int r = 0; r < repeat; ++r) update(b, a, 600, N);
   double sum = 0;
   for (int i = 0; i < N; ++i) sum += b[i];
   return bench_report("select_i32", check(600), sum);

@@ -9,7 +9,7 @@
 #include "bench_check.h"
 
 #define STRINGS 600
-#define REPEAT 10
+#define DEFAULT_REPEAT 10
 
 __attribute__((noinline)) static size_t sve_strlen(const char* s) {
   const uint8_t* p = (const uint8_t*)s;
@@ -34,7 +34,8 @@ SCALAR static size_t scalar_strlen(const char* s) {
   return n;
 }
 
-int main(void) {
+int main(int argc, char** argv) {
+  const int repeat = bench_repeat(argc, argv, DEFAULT_REPEAT);
   size_t page = (size_t)sysconf(_SC_PAGESIZE);
   size_t size = 64 * page;
   char* buffer =
@@ -55,7 +56,7 @@ int main(void) {
   buffer[size - 1] = 0;
 
   size_t total = 0;
-  for (int r = 0; r < REPEAT; ++r) {
+  for (int r = 0; r < repeat; ++r) {
     total = 0;
     for (int i = 0; i <= STRINGS; ++i) total += sve_strlen(strings[i]);
   }

@@ -5,7 +5,7 @@
 #include "bench_check.h"
 
 #define N 10007
-#define REPEAT 20
+#define DEFAULT_REPEAT 20
 
 static int32_t v[N];
 
@@ -24,9 +24,10 @@ SCALAR static int64_t scalar_sum(void) {
   return s;
 }
 
-int main(void) {
+int main(int argc, char** argv) {
+  const int repeat = bench_repeat(argc, argv, DEFAULT_REPEAT);
   for (int i = 0; i < N; ++i) v[i] = (i * 7919) % 2001 - 1000;
   int64_t s = 0;
-  for (int r = 0; r < REPEAT; ++r) s = sum(v, N);
+  for (int r = 0; r < repeat; ++r) s = sum(v, N);
   return bench_report("sum_i32", s == scalar_sum(), (double)s);
 }

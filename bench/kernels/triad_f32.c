@@ -2,7 +2,7 @@
 #include "bench_check.h"
 
 #define N 4099
-#define REPEAT 20
+#define DEFAULT_REPEAT 20
 
 static float a[N], b[N], c[N];
 
@@ -19,12 +19,13 @@ SCALAR static int check(void) {
   return 1;
 }
 
-int main(void) {
+int main(int argc, char** argv) {
+  const int repeat = bench_repeat(argc, argv, DEFAULT_REPEAT);
   for (int i = 0; i < N; ++i) {
     b[i] = (float)(i % 97) * 0.5f;
     c[i] = (float)(i % 13) - 6.0f;
   }
-  for (int r = 0; r < REPEAT; ++r) triad(a, b, c, 3.0f, N);
+  for (int r = 0; r < repeat; ++r) triad(a, b, c, 3.0f, N);
   double sum = 0;
   for (int i = 0; i < N; ++i) sum += a[i];
   return bench_report("triad_f32", check(), sum);

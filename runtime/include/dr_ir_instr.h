@@ -37,6 +37,10 @@ void instr_set_src(instr_t* instr, uint pos, opnd_t opnd);
 byte* instr_get_raw_bits(instr_t* instr);
 void instr_set_raw_bits(instr_t* instr, byte* addr, uint length);
 void instr_set_raw_bits_valid(instr_t* instr, bool valid);
+/* Raw bits of the instruction's own, living as long as the IR of the block
+ * being built, and one 32-bit word of them. */
+void instr_allocate_raw_bits(void* drcontext, instr_t* instr, uint num_bytes);
+instr_t* instr_set_raw_word(instr_t* instr, uint pos, uint word);
 bool instr_raw_bits_valid(instr_t* instr);
 int instr_length(void* drcontext, instr_t* instr);
 

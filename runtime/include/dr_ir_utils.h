@@ -40,6 +40,11 @@ void instrlist_insert_mov_immed_ptrsz(void* drcontext, ptr_int_t val, opnd_t dst
 void dr_insert_call_zorvo(void* drcontext, instrlist_t* ilist, instr_t* where, app_pc pc,
                           void* callee, uint num_args, ...);
 
+/* Zorvo's own: generated code that loads into reg the top of the current
+ * thread's runtime stack, where code called from a fragment runs. */
+bool dr_insert_get_runtime_stack_top(void* drcontext, instrlist_t* ilist, instr_t* where,
+                                     reg_id_t reg);
+
 #ifdef __cplusplus
 }
 #endif

@@ -43,6 +43,9 @@ int drmgr_register_tls_field(void);
 bool drmgr_unregister_tls_field(int idx);
 void* drmgr_get_tls_field(void* drcontext, int idx);
 bool drmgr_set_tls_field(void* drcontext, int idx, void* value);
+/* Generated code that loads the current thread's field idx into reg. */
+bool drmgr_insert_read_tls_field(void* drcontext, int idx, instrlist_t* ilist, instr_t* where,
+                                 reg_id_t reg);
 
 bool drmgr_insert_emulation_start(void* drcontext, instrlist_t* ilist, instr_t* where,
                                   emulated_instr_t* instr);

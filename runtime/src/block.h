@@ -5,7 +5,19 @@
 
 // Whether the word lies in the SVE part of the A64 encoding space.
 bool is_sve_word(uint32_t word);
-// How many SVE words the block starting at pc holds.
+// Whether the word is a plain data-processing instruction (add, sub,
+// logical, move wide, bitfield) that names neither X28 nor the pc: a block
+// goes on over such words between SVE words.
+bool is_plain_data_word(uint32_t word);
+// Whether word is a b.cond, and where the one at address at goes.
+bool is_conditional_branch(uint32_t word);
+app_pc conditional_branch_target(uint32_t word, app_pc at);
+// Whether word, at address at, is a b.cond to target.
+bool is_conditional_branch_to(uint32_t word, app_pc at, app_pc target);
+// How many words the block starting at pc holds: SVE words, and plain
+// data-processing words and conditional branches out between them (each
+// branch leaves by an exit of its own); or, when such words run up to a
+// conditional branch back to pc, all of them and that branch (a loop).
 int block_words(app_pc pc);
 // Builds, encodes and records the fragment for the block at tag. Its code is
 // null when the client kept the block's first word, whose signal is then the

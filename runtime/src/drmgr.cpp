@@ -115,6 +115,18 @@ bool drmgr_set_tls_field(void* drcontext, int idx, void* value) {
   return true;
 }
 
+bool drmgr_insert_read_tls_field(void* drcontext, int idx, instrlist_t* ilist, instr_t* where,
+                                 reg_id_t reg) {
+  if (idx < 0 || idx >= kMaxTlsFields || !reg_is_gpr(reg) || reg_get_size(reg) != OPSZ_8 ||
+      reg == DR_REG_X28)
+    return false;
+  const int offset = int(offsetof(rt_thread, tls_fields)) + idx * int(sizeof(void*));
+  instrlist_meta_preinsert(
+      ilist, where,
+      INSTR_CREATE_ldr(drcontext, opnd_create_reg(reg), OPND_CREATE_MEM64(DR_REG_X28, offset)));
+  return true;
+}
+
 bool drmgr_insert_emulation_start(void* drcontext, instrlist_t* ilist, instr_t* where,
                                   emulated_instr_t* instr) {
   if (instr == nullptr || instr->size < sizeof(emulated_instr_t)) return false;

@@ -154,6 +154,14 @@ bool dr_insert_set_stolen_reg_value(void* drcontext, instrlist_t* ilist, instr_t
   return true;
 }
 
+bool dr_insert_get_runtime_stack_top(void* drcontext, instrlist_t* ilist, instr_t* where,
+                                     reg_id_t reg) {
+  if (reg_get_size(reg) != OPSZ_8 || reg == DR_REG_X28 || !reg_is_gpr(reg)) return false;
+  instrlist_meta_preinsert(
+      ilist, where, INSTR_CREATE_ldr(drcontext, opnd_create_reg(reg), block_word(kStackTopOffset)));
+  return true;
+}
+
 void instrlist_insert_mov_immed_ptrsz(void* drcontext, ptr_int_t val, opnd_t dst,
                                       instrlist_t* ilist, instr_t* where, instr_t** first,
                                       instr_t** last) {
@@ -229,20 +237,43 @@ instr_t* fpcr_probe_end(void* drcontext) {
   return restore;
 }
 
-void append_exit(void* drcontext, instrlist_t* bb, app_pc target, bool direct) {
-  const emitter emit{drcontext, bb, nullptr, nullptr};
-  emit(INSTR_CREATE_ldr(drcontext, reg(DR_REG_X28), block_word(kAppX28Offset)));
+namespace {
+
+// A word (or a trap word and its target) of the fragment's own.
+void emit_raw(const emitter& emit, const void* bits, uint length) {
+  bool on_heap = false;
+  auto* copy = static_cast<byte*>(ir_alloc(emit.dc, length, &on_heap));
+  std::memcpy(copy, bits, length);
+  instr_t* raw = instr_create(emit.dc);
+  instr_set_raw_bits(raw, copy, length);
+  emit(raw);
+}
+
+void jump_to(const emitter& emit, app_pc target, bool direct) {
   if (direct) {
-    emit(INSTR_CREATE_b(drcontext, opnd_create_pc(target)));
+    emit(INSTR_CREATE_b(emit.dc, opnd_create_pc(target)));
     return;
   }
-  bool on_heap = false;
-  auto* trap = static_cast<byte*>(ir_alloc(drcontext, 12, &on_heap));
+  byte trap[12];
   std::memcpy(trap, &kExitTrapWord, 4);
   std::memcpy(trap + 4, &target, 8);
-  instr_t* raw = instr_create(drcontext);
-  instr_set_raw_bits(raw, trap, 12);
-  emit(raw);
+  emit_raw(emit, trap, 12);
+}
+
+} // namespace
+
+void append_exit(void* drcontext, instrlist_t* bb, app_pc target, bool direct, app_pc loop_target,
+                 uint32_t loop_condition) {
+  const emitter emit{drcontext, bb, nullptr, nullptr};
+  emit(INSTR_CREATE_ldr(drcontext, reg(DR_REG_X28), block_word(kAppX28Offset)));
+  if (loop_target != nullptr) {
+    // b.cond over the way out to the way back; neither touches the flags.
+    const uint32_t skip = direct ? 8 : 16;
+    const uint32_t b_cond = 0x54000000u | (skip / 4) << 5 | (loop_condition & 0xf);
+    emit_raw(emit, &b_cond, 4);
+  }
+  jump_to(emit, target, direct);
+  if (loop_target != nullptr) jump_to(emit, loop_target, direct);
 }
 
 app_pc exit_trap_target(app_pc pc) {

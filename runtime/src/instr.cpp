@@ -159,6 +159,18 @@ void instr_set_raw_bits(instr_t* instr, byte* addr, uint length) {
   instr->flags &= ~INSTR_OPERANDS_VALID;
 }
 
+void instr_allocate_raw_bits(void* drcontext, instr_t* instr, uint num_bytes) {
+  bool on_heap = false;
+  auto* bits = static_cast<byte*>(ir_alloc(drcontext, num_bytes, &on_heap));
+  std::memset(bits, 0, num_bytes);
+  instr_set_raw_bits(instr, bits, num_bytes);
+}
+
+instr_t* instr_set_raw_word(instr_t* instr, uint pos, uint word) {
+  std::memcpy(instr->raw_bits + pos, &word, sizeof word);
+  return instr;
+}
+
 void instr_set_raw_bits_valid(instr_t* instr, bool valid) {
   if (valid)
     instr->flags |= INSTR_RAW_VALID;

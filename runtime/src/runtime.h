@@ -13,6 +13,8 @@ struct runtime_counters {
   std::atomic<uint64_t> fragments;
   std::atomic<uint64_t> signals;
   std::atomic<uint64_t> fragment_entries;
+  std::atomic<uint64_t> words_translated; // SVE words in the fragments built
+  std::atomic<uint64_t> code_bytes;       // code cache those fragments take
 };
 extern runtime_counters counters;
 

@@ -8,6 +8,15 @@
 
 int tls_idx;
 
+extern "C" void report_failure_to_emulate(const uint8_t* pc) {
+  // The word the application has at pc, also where the runtime has patched
+  // that word in memory.
+  uint32_t in_memory;
+  std::memcpy(&in_memory, dr_app_pc_for_decoding(const_cast<uint8_t*>(pc)), sizeof in_memory);
+  std::fprintf(stderr, "Error: failed to emulate SVE instruction 0x%08x at PC %p\n", in_memory,
+               static_cast<const void*>(pc));
+}
+
 void emulate_instruction(uint32_t word, uint8_t* pc, sve_decoder decoder) {
   void* drcontext = dr_get_current_drcontext();
   auto* state = static_cast<cpu_state*>(drmgr_get_tls_field(drcontext, tls_idx));
@@ -18,14 +27,7 @@ void emulate_instruction(uint32_t word, uint8_t* pc, sve_decoder decoder) {
   state->regs[27] = dr_read_saved_reg(drcontext, SPILL_SLOT_2);
   state->regs[28] = dr_read_saved_reg(drcontext, SPILL_SLOT_3);
 
-  if (decoder(state, word) != AARCH64_DECODE_OK) {
-    // The word the application has at pc, also where the runtime has patched
-    // that word in memory.
-    uint32_t in_memory;
-    std::memcpy(&in_memory, dr_app_pc_for_decoding(pc), sizeof in_memory);
-    std::fprintf(stderr, "Error: failed to emulate SVE instruction 0x%08x at PC %p\n", in_memory,
-                 static_cast<void*>(pc));
-  }
+  if (decoder(state, word) != AARCH64_DECODE_OK) report_failure_to_emulate(pc);
 
   // Written back even after a failure: a decoder may have changed any of them.
   dr_write_saved_reg(drcontext, SPILL_SLOT_1, state->regs[26]);

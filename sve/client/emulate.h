@@ -12,3 +12,7 @@ extern int tls_idx;
 // all of the thread's cpu_state is current except pc and X26..X28, which lie
 // in spill slots 1 to 3.
 void emulate_instruction(uint32_t word, uint8_t* pc, sve_decoder decoder);
+
+// The message for a word whose decoder failed, naming the application's word
+// at pc.
+extern "C" void report_failure_to_emulate(const uint8_t* pc);

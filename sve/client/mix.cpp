@@ -138,7 +138,7 @@ void mix_thread_end(cpu_state* state) {
 }
 
 void mix_insert_count(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, uint32_t word,
-                      cpu_state* state) {
+                      cpu_state* state, reg_id_t record, reg_id_t scratch_reg) {
   if (!mix().enabled) return;
   uint32_t slot;
   {
@@ -159,8 +159,8 @@ void mix_insert_count(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, uint
     }
   }
   const opnd_t counter = opnd_create_base_disp(
-      DR_REG_X27, DR_REG_NULL, 0, static_cast<int>(kMixCountersOffset + 8 * slot), OPSZ_8);
-  const opnd_t scratch = opnd_create_reg(DR_REG_X26);
+      record, DR_REG_NULL, 0, static_cast<int>(kMixCountersOffset + 8 * slot), OPSZ_8);
+  const opnd_t scratch = opnd_create_reg(scratch_reg);
   for (instr_t* instr : {INSTR_CREATE_ldr(dc, scratch, counter),
                          INSTR_CREATE_add(dc, scratch, scratch, OPND_CREATE_INT(1)),
                          INSTR_CREATE_str(dc, counter, scratch)})

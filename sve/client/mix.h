@@ -4,9 +4,10 @@
 //
 // Counting: each thread's cpu_state is followed by a table of 64-bit
 // counters, one per instruction address the thread has rewritten. In front
-// of each emulated instruction, where X27 holds the thread's cpu_state and
-// X26 is free, three instructions add one to its counter (ldr, add, str).
-// With --mix off nothing is inserted and the table has no room.
+// of each emulated instruction, where a register holds the thread's
+// cpu_state and another is free, three instructions add one to its counter
+// (ldr, add, str). With --mix off nothing is inserted and the table has no
+// room.
 #pragma once
 
 #include <cstddef>
@@ -31,9 +32,10 @@ void mix_thread_start(cpu_state* state);
 void mix_thread_end(cpu_state* state);
 
 // Inserts the count of the instruction at `pc` (whose word is `word`) before
-// `where`, for the thread that owns `state`. Nothing when the mix is off.
+// `where`, for the thread that owns `state`, whose address the generated code
+// holds in `record` there; `scratch` is free. Nothing when the mix is off.
 void mix_insert_count(void* drcontext, instrlist_t* bb, instr_t* where, app_pc pc, uint32_t word,
-                      cpu_state* state);
+                      cpu_state* state, reg_id_t record, reg_id_t scratch);
 
 // At exit: the table on standard error, and the --mix-out file.
 void mix_report();

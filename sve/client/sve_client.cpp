@@ -1,7 +1,9 @@
 // The instrumentation client: start-up and shutdown under the runtime, one
-// register record per thread, and the rewriting of every block so that each
-// SVE instruction the decode tables know runs through emulate_instruction.
+// register record per thread, and the rewriting of every block: the lean way
+// of runs.cpp, or, with ZORVO_CALL_PER_WORD, each SVE instruction the decode
+// tables know through emulate_instruction.
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -14,25 +16,13 @@
 #include "../trace/tracesink.h"
 #include "emulate.h"
 #include "mix.h"
+#include "rewrite_ir.h"
+#include "runs.h"
 
 namespace {
 
 drmgr_priority_t block_priority = {sizeof(drmgr_priority_t), "emulate_instruction", nullptr,
                                    nullptr, 0};
-
-opnd_t reg(reg_id_t r) { return opnd_create_reg(r); }
-opnd_t x(int n) { return opnd_create_reg(reg_id_t(DR_REG_X0 + n)); }
-opnd_t q(int n) { return opnd_create_reg(reg_id_t(DR_REG_Q0 + n)); }
-opnd_t field(reg_id_t base, size_t offset, opnd_size_t size) {
-  return opnd_create_base_disp(base, DR_REG_NULL, 0, static_cast<int>(offset), size);
-}
-opnd_t state_field(size_t offset, opnd_size_t size) { return field(DR_REG_X27, offset, size); }
-
-// The rewriter's own instructions carry the application address of the
-// instruction they stand for, so a fault inside them maps back to it.
-void insert(instrlist_t* bb, instr_t* where, app_pc pc, instr_t* instr) {
-  instrlist_preinsert(bb, where, instr_set_translation(instr, pc));
-}
 
 void event_thread_init(void* drcontext) {
   void* state = dr_thread_alloc(drcontext, sizeof(cpu_state) + mix_table_bytes());
@@ -102,20 +92,15 @@ void replace_instruction(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder 
   DR_ASSERT(dr_get_stolen_reg() == DR_REG_X28);
   const auto state = reinterpret_cast<ptr_int_t>(drmgr_get_tls_field(dc, tls_idx));
 
-  emulated_instr_t emulated = {};
-  emulated.size = sizeof(emulated);
-  emulated.pc = pc;
-  emulated.instr = instr_create(dc);
-  instr_set_raw_bits(emulated.instr, dr_app_pc_for_decoding(pc), 4);
-  instr_set_raw_bits_valid(emulated.instr, true);
-  drmgr_insert_emulation_start(dc, bb, instr, &emulated);
+  mark_emulation_start(dc, bb, instr, pc);
 
   dr_save_reg(dc, bb, instr, DR_REG_X26, SPILL_SLOT_1);
   dr_save_reg(dc, bb, instr, DR_REG_X27, SPILL_SLOT_2);
   dr_insert_get_stolen_reg_value(dc, bb, instr, DR_REG_X27);
   dr_save_reg(dc, bb, instr, DR_REG_X27, SPILL_SLOT_3);
   instrlist_insert_mov_immed_ptrsz(dc, state, x(27), bb, instr, NULL, NULL);
-  mix_insert_count(dc, bb, instr, pc, word, reinterpret_cast<cpu_state*>(state));
+  mix_insert_count(dc, bb, instr, pc, word, reinterpret_cast<cpu_state*>(state), DR_REG_X27,
+                   DR_REG_X26);
   store_registers(dc, bb, instr, pc);
   dr_insert_call_zorvo(dc, bb, instr, pc, reinterpret_cast<void*>(emulate_instruction), 3,
                        OPND_CREATE_INT32(word), OPND_CREATE_INTPTR(pc),
@@ -152,14 +137,17 @@ void shadow_fpcr_write(void* dc, instrlist_t* bb, instr_t* instr) {
   dr_restore_reg(dc, bb, instr, scratch, SPILL_SLOT_3);
 }
 
+// The reference sequence, one call of emulate_instruction per word, when
+// ZORVO_CALL_PER_WORD is set: slower, kept to measure and check against.
+bool call_per_word = false;
+
 dr_emit_flags_t event_instruction_change(void* drcontext, void* /*tag*/, instrlist_t* bb,
                                          bool /*for_trace*/, bool /*translating*/) {
+  if (!call_per_word) return rewrite_runs(drcontext, bb);
   instr_t* next;
   for (instr_t* instr = instrlist_first_app(bb); instr != NULL; instr = next) {
     next = instr_get_next_app(instr);
-    uint32_t word;
-    std::memcpy(&word, instr_get_raw_bits(instr), sizeof word);
-    const sve_decoder decoder = get_sve_handler(word);
+    const sve_decoder decoder = get_sve_handler(word_of(instr));
     if (decoder != nullptr)
       replace_instruction(drcontext, bb, instr, decoder);
     else if (is_fpcr_write(instr))
@@ -188,6 +176,8 @@ DR_EXPORT void dr_client_main(client_id_t /*id*/, int argc, const char* argv[]) 
     dr_fprintf(STDERR, "SVE emulation client usage error: %s\n", parse_err.c_str());
     dr_abort();
   }
+  const char* per_word = std::getenv("ZORVO_CALL_PER_WORD");
+  call_per_word = per_word != nullptr && *per_word != '\0' && *per_word != '0';
   if (!drmgr_init()) DR_ASSERT(false);
   drmgr_register_thread_init_event(event_thread_init);
   drmgr_register_thread_exit_event(event_thread_exit);

@@ -15,14 +15,15 @@ const decode_map_info kMaps[kDecodeMapCount] = {
 
 struct form {
   uint8_t map;
+  bool thin; // a thin decoder: it calls a fast handler and cannot fail
   int32_t key;
   sve_decoder decoder;
 };
 
 const form kForms[] = {
-#define THIN(family, map, key, name, shape, elem, handler, mnemonic) {MAP_##map, key, name},
-#define BRIDGE(family, map, key, name, shape, elem, mnemonic) {MAP_##map, key, name},
-#define EMPTY(map, key, name, mnemonic) {MAP_##map, key, sve_prefetch_nop},
+#define THIN(family, map, key, name, shape, elem, handler, mnemonic) {MAP_##map, true, key, name},
+#define BRIDGE(family, map, key, name, shape, elem, mnemonic) {MAP_##map, false, key, name},
+#define EMPTY(map, key, name, mnemonic) {MAP_##map, false, key, sve_prefetch_nop},
 #include "forms.inc"
 };
 static_assert(sizeof(kForms) / sizeof(kForms[0]) == kFormCount);
@@ -53,6 +54,8 @@ sve_decoder get_sve_handler(uint32_t word) {
   const int form = find_form(word);
   return form < 0 ? nullptr : kForms[form].decoder;
 }
+
+bool form_is_thin(int form) { return kForms[form].thin; }
 
 const decode_map_info* decode_maps() { return kMaps; }
 

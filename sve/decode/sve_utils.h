@@ -10,6 +10,14 @@
 // matches. Pure: called once per instruction when a block is rewritten.
 sve_decoder get_sve_handler(uint32_t word);
 
+// The index in forms.inc of the row that get_sve_handler picks for the word,
+// or -1.
+int find_form(uint32_t word);
+
+// Whether that row's decoder is a thin one, which calls a fast handler and
+// returns its result; the rewriter calls those without checking it.
+bool form_is_thin(int form);
+
 // How a map's name turns a word into a key: its bit ranges, high part first.
 struct key_range {
   uint8_t hi, lo;
@@ -71,10 +79,6 @@ constexpr int kFormCount = 0
 #define EMPTY(...) +1
 #include "forms.inc"
     ;
-
-// The index in forms.inc of the row that get_sve_handler picks for the word,
-// or -1.
-int find_form(uint32_t word);
 
 // The fixed-bit mask and value of a row's pattern.
 inline uint32_t row_mask(const decode_map_info& m) {

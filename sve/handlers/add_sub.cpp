@@ -2,6 +2,7 @@
 #include "../state/cpu_state.h"
 #include "element.h"
 #include "int_shapes.h"
+#include "whole_vector.h"
 
 namespace {
 
@@ -24,11 +25,15 @@ aarch64_decode_rc unpredicated_any(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg
 } // namespace
 
 aarch64_decode_rc sve_add_zpz(cpu_state* s, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm) {
-  return merge_any(s, zdn, pg, add_op{}, zm);
+  by_element_size(zdn.rw_elem,
+                  [&](auto t) { merge_whole<decltype(t)>(s, zdn.num, pg.num, zm.num, add_op{}); });
+  return AARCH64_DECODE_OK;
 }
 
 aarch64_decode_rc sve_sub_zpz(cpu_state* s, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm) {
-  return merge_any(s, zdn, pg, sub_op{}, zm);
+  by_element_size(zdn.rw_elem,
+                  [&](auto t) { merge_whole<decltype(t)>(s, zdn.num, pg.num, zm.num, sub_op{}); });
+  return AARCH64_DECODE_OK;
 }
 
 aarch64_decode_rc sve_add_zzz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm) {

@@ -10,6 +10,7 @@
 #include "../memory/app_memory.h"
 #include "../trace/memtrace_lin.h"
 #include "element.h"
+#include "whole_vector.h"
 
 // Xn|SP + imm * (bytes one vector's elements occupy in memory): for the
 // widening forms that is less than 48.
@@ -48,10 +49,16 @@ template <typename T, typename U, memaccess_type_t Type>
 aarch64_decode_rc contiguous_access(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,
                                     uint64_t addr) {
   uint8_t* pred = s->p[pg.num];
-  if constexpr (Type == memaccess_load)
+  if (sizeof(T) == sizeof(U) && within_one_page(addr) && all_active<U>(pred)) {
+    if constexpr (Type == memaccess_load)
+      read_app_48(s->z[zt.num], addr);
+    else
+      write_app_48(addr, s->z[zt.num]);
+  } else if constexpr (Type == memaccess_load) {
     load_active_elements<T, U>(s->z[zt.num], pred, addr);
-  else
+  } else {
     store_active_elements<T, U>(s->z[zt.num], pred, addr);
+  }
   memtrace_lin<T, U>(s, reinterpret_cast<T*>(addr), reinterpret_cast<char*>(pred), Type);
   return AARCH64_DECODE_OK;
 }

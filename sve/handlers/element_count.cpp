@@ -110,10 +110,10 @@ aarch64_decode_rc sve_incp_rp(cpu_state* s, aarch64_i_reg xdn, aarch64_p_reg pm)
 aarch64_decode_rc sve_cntp_rpp(cpu_state* s, aarch64_i_reg xd, aarch64_p_reg pg, aarch64_p_reg pn) {
   const uint8_t* g = s->p[pg.num];
   const uint8_t* n = s->p[pn.num];
+  const uint64_t both = pack_predicate(g) & pack_predicate(n);
   unsigned count = 0;
   by_element_size(pn.elem, [&](auto t) {
-    using T = decltype(t);
-    for (unsigned i = 0; i < 48 / sizeof(T); ++i) count += active<T>(g, i) && active<T>(n, i);
+    count = static_cast<unsigned>(__builtin_popcountll(both & element_starts<decltype(t)>()));
   });
   write_reg(s, xd, count);
   return AARCH64_DECODE_OK;

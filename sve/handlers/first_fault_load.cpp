@@ -59,7 +59,11 @@ aarch64_decode_rc first_fault_load(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg
     loaded = static_cast<unsigned>(to_page_end < 48 ? to_page_end : 48) / sizeof(U);
     std::memset(s->ffr + loaded * sizeof(U), 0, 48 - loaded * sizeof(U));
   }
-  load_active_elements<T, U>(s->z[zt.num], pred, addr, loaded);
+  if (loaded == 48 / sizeof(U) && sizeof(T) == sizeof(U) && within_one_page(addr) &&
+      all_active<U>(pred))
+    read_app_48(s->z[zt.num], addr);
+  else
+    load_active_elements<T, U>(s->z[zt.num], pred, addr, loaded);
   memtrace_lin<T, U>(s, reinterpret_cast<T*>(addr), reinterpret_cast<char*>(pred), memaccess_load);
   return AARCH64_DECODE_OK;
 }

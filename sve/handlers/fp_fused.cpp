@@ -3,6 +3,7 @@
 // replaces the first factor) and the complex fcmla.
 #include "../state/cpu_state.h"
 #include "fp_element.h"
+#include "whole_vector.h"
 
 namespace {
 
@@ -12,12 +13,45 @@ template <typename T> T negate(T v) { return from_bits<T>(to_bits(v) ^ sign_bit<
 
 constexpr bool kNegate = true, kKeep = false;
 
+// acc + n * m, lane by lane, each with a single rounding: the vector fmla
+// computes what fmadd computes for each lane, flags included.
+inline lanes128<float> host_fmla(lanes128<float> acc, lanes128<float> n, lanes128<float> m) {
+  asm volatile("fmla %0.4s, %1.4s, %2.4s" : "+w"(acc) : "w"(n), "w"(m));
+  return acc;
+}
+inline lanes128<double> host_fmla(lanes128<double> acc, lanes128<double> n, lanes128<double> m) {
+  asm volatile("fmla %0.2d, %1.2d, %2.2d" : "+w"(acc) : "w"(n), "w"(m));
+  return acc;
+}
+
+template <typename T> lanes128<T> negate_lanes(lanes128<T> v) {
+  using B = lanes128<bits_of<T>>;
+  return reinterpret_cast<lanes128<T>>(reinterpret_cast<B>(v) ^ sign_bit<T>());
+}
+
+// Every element active: one vector fmla per 16 bytes. With inactive
+// elements the lanes could raise flags that the instruction does not.
+template <typename T, bool NegateAddend, bool NegateFactor1>
+void fused_whole(cpu_state* s, unsigned dest, unsigned addend, unsigned factor1, unsigned factor2) {
+  vec48 out;
+  for (unsigned third = 0; third < 3; ++third) {
+    lanes128<T> acc = load_third<T>(s->z[addend], third), x = load_third<T>(s->z[factor1], third);
+    if (NegateAddend) acc = negate_lanes<T>(acc);
+    if (NegateFactor1) x = negate_lanes<T>(x);
+    store_third<T>(out.b, third, host_fmla(acc, x, load_third<T>(s->z[factor2], third)));
+  }
+  commit(s->z[dest], out);
+}
+
 // dest = (+-addend) + (+-factor1) x factor2, where Pg is active.
 template <bool NegateAddend, bool NegateFactor1>
 aarch64_decode_rc fused(cpu_state* s, aarch64_z_reg dest, aarch64_p_reg pg, aarch64_z_reg addend,
                         aarch64_z_reg factor1, aarch64_z_reg factor2) {
   by_fp_size(dest.rw_elem, [&](auto t) {
     using T = decltype(t);
+    if (all_active<bits_of<T>>(s->p[pg.num]))
+      return fused_whole<T, NegateAddend, NegateFactor1>(s, dest.num, addend.num, factor1.num,
+                                                         factor2.num);
     const uint8_t* a = s->z[addend.num];
     const uint8_t* n = s->z[factor1.num];
     const uint8_t* m = s->z[factor2.num];

@@ -5,26 +5,27 @@
 
 #include "../state/cpu_state.h"
 #include "predicate_form.h"
+#include "whole_vector.h"
 
 namespace {
 
 struct eq_op {
-  template <typename T> bool operator()(T a, T b) const { return a == b; }
+  template <typename T> auto operator()(T a, T b) const { return a == b; }
 };
 struct ne_op {
-  template <typename T> bool operator()(T a, T b) const { return a != b; }
+  template <typename T> auto operator()(T a, T b) const { return a != b; }
 };
 struct gt_op {
-  template <typename T> bool operator()(T a, T b) const { return a > b; }
+  template <typename T> auto operator()(T a, T b) const { return a > b; }
 };
 struct ge_op {
-  template <typename T> bool operator()(T a, T b) const { return a >= b; }
+  template <typename T> auto operator()(T a, T b) const { return a >= b; }
 };
 struct lt_op {
-  template <typename T> bool operator()(T a, T b) const { return a < b; }
+  template <typename T> auto operator()(T a, T b) const { return a < b; }
 };
 struct le_op {
-  template <typename T> bool operator()(T a, T b) const { return a <= b; }
+  template <typename T> auto operator()(T a, T b) const { return a <= b; }
 };
 
 constexpr bool kSigned = true;
@@ -35,11 +36,20 @@ constexpr bool kUnsigned = false;
 template <typename T, typename Right, typename Cond>
 void compare(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_z_reg zn, Right right,
              Cond cond) {
+  // Three 128-bit compares: each lane of the condition's mask is all ones
+  // or zero, and the active element's lowest byte keeps bit 0 of it.
+  constexpr unsigned per_third = 16 / sizeof(T);
   const uint8_t* n = s->z[zn.num];
   const uint8_t* mask = s->p[pg.num];
   vec48 result;
-  for (unsigned i = 0; i < 48 / sizeof(T); ++i)
-    set_pred_elem<T>(result.b, i, active<T>(mask, i) && cond(load_elem<T>(n, i), right(i)));
+  for (unsigned third = 0; third < 3; ++third) {
+    lanes128<T> rhs;
+    for (unsigned l = 0; l < per_third; ++l) rhs[l] = right(third * per_third + l);
+    const auto holds = cond(load_third<T>(n, third), rhs);
+    store_third<T>(result.b, third,
+                   reinterpret_cast<lanes128<T>>(holds) & load_third<T>(mask, third) &
+                       static_cast<T>(1));
+  }
   commit_with_flags<T>(s, s->p[pd.num], mask, result);
 }
 

@@ -3,6 +3,7 @@
 // operands were written at; pnext works at its element size.
 #include "../state/cpu_state.h"
 #include "predicate_scan.h"
+#include "whole_vector.h"
 
 namespace {
 
@@ -15,22 +16,22 @@ constexpr bool kSetFlags = true, kNoFlags = false;
 template <bool After>
 aarch64_decode_rc break_at_first_true(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pg,
                                       aarch64_p_reg pn) {
-  const uint8_t* g = s->p[pg.num];
-  const uint8_t* n = s->p[pn.num];
-  const uint8_t* d = s->p[pd.num];
-  const bool zeroing = pg.elem == kPZeroing;
-  vec48 result;
-  bool before_break = true;
-  for (unsigned i = 0; i < 48; ++i) {
-    if (!(g[i] & 1)) {
-      result.b[i] = zeroing ? 0 : d[i];
-      continue;
-    }
-    const bool breaks_here = before_break && (n[i] & 1);
-    if (!After && breaks_here) before_break = false;
-    result.b[i] = before_break;
-    if (After && breaks_here) before_break = false;
+  const uint64_t g = pack_predicate(s->p[pg.num]);
+  const uint64_t breaks = pack_predicate(s->p[pn.num]) & g;
+  uint64_t run = g;
+  if (breaks != 0) {
+    const unsigned first = __builtin_ctzll(breaks);
+    run &= (uint64_t{1} << (first + (After ? 1 : 0))) - 1;
   }
+  vec48 result;
+  unpack_predicate(result.b, run);
+  if (pg.elem != kPZeroing) // merging keeps Pd's whole bytes where Pg is inactive
+    for (unsigned third = 0; third < 3; ++third) {
+      const lanes128<uint8_t> active_bytes = active_lanes<uint8_t>(s->p[pg.num], third);
+      store_third<uint8_t>(result.b, third,
+                           (load_third<uint8_t>(result.b, third) & active_bytes) |
+                               (load_third<uint8_t>(s->p[pd.num], third) & ~active_bytes));
+    }
   commit(s->p[pd.num], result);
   return AARCH64_DECODE_OK;
 }

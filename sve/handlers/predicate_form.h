@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include <arm_neon.h>
+
 #include "element.h"
 
 // ---- The byte-per-byte form ----
@@ -21,13 +23,34 @@ template <typename T> inline void set_pred_elem(uint8_t* pred, unsigned i, bool 
 
 // The packed form (memory images of LDR/STR and the generic tier): bit i of
 // the 48-bit value is byte i. Unpacking writes exactly 0 or 1 to each byte.
+//
+// Packing: bit 0 of each byte moves to its place within its group of eight
+// (a shift by the byte's position), and three pairwise additions sum each
+// group into one byte. Unpacking spreads a byte to all eight, keeps bit k in
+// byte k and turns each non-zero byte into 1 without a carry between bytes.
 inline uint64_t pack_predicate(const uint8_t* pred) {
-  uint64_t bits = 0;
-  for (unsigned i = 0; i < 48; ++i) bits |= uint64_t{pred[i] & 1u} << i;
-  return bits;
+  const uint8x16_t one = vdupq_n_u8(1);
+  const int8x16_t place = {0, 1, 2, 3, 4, 5, 6, 7, 0, 1, 2, 3, 4, 5, 6, 7};
+  const uint8x16_t a = vshlq_u8(vandq_u8(vld1q_u8(pred), one), place);
+  const uint8x16_t b = vshlq_u8(vandq_u8(vld1q_u8(pred + 16), one), place);
+  const uint8x16_t c = vshlq_u8(vandq_u8(vld1q_u8(pred + 32), one), place);
+  const uint8x16_t pairs = vpaddq_u8(vpaddq_u8(a, b), vpaddq_u8(c, c));
+  return vgetq_lane_u64(vreinterpretq_u64_u8(vpaddq_u8(pairs, pairs)), 0) & 0xffffffffffffu;
 }
 inline void unpack_predicate(uint8_t* pred, uint64_t bits) {
-  for (unsigned i = 0; i < 48; ++i) pred[i] = (bits >> i) & 1;
+  for (unsigned k = 0; k < 6; ++k) {
+    const uint64_t spread = (bits >> (8 * k) & 0xff) * 0x0101010101010101u;
+    const uint64_t x =
+        ((spread & 0x8040201008040201u) + 0x7f7f7f7f7f7f7f7fu) >> 7 & 0x0101010101010101u;
+    std::memcpy(pred + 8 * k, &x, 8);
+  }
+}
+
+// The bits of the packed form where elements of sizeof(T) bytes start.
+template <typename T> constexpr uint64_t element_starts() {
+  uint64_t bits = 0;
+  for (unsigned i = 0; i < 48; i += sizeof(T)) bits |= uint64_t{1} << i;
+  return bits;
 }
 
 // ---- Condition flags ----
@@ -58,22 +81,10 @@ inline void write_flags(cpu_state* s, nzcv_flags f) {
 // element that gives N=0, Z=1, C=1. Result elements that the mask leaves
 // inactive have no say, whatever they hold.
 template <typename T> inline nzcv_flags predicate_test(const uint8_t* mask, const uint8_t* result) {
-  constexpr unsigned count = 48 / sizeof(T);
-  nzcv_flags f{false, true, true, false};
-  unsigned first = 0;
-  while (first < count && !active<T>(mask, first)) ++first;
-  if (first == count) return f;
-  f.n = active<T>(result, first);
-  for (unsigned i = first; i < count; ++i) {
-    if (active<T>(mask, i) && active<T>(result, i)) {
-      f.z = false;
-      break;
-    }
-  }
-  unsigned last = count - 1;
-  while (!active<T>(mask, last)) --last; // stops at `first` at the latest
-  f.c = !active<T>(result, last);
-  return f;
+  const uint64_t m = pack_predicate(mask) & element_starts<T>(), r = pack_predicate(result);
+  if (m == 0) return {false, true, true, false};
+  const unsigned first = __builtin_ctzll(m), last = 63 - __builtin_clzll(m);
+  return {(r >> first & 1) != 0, (m & r) == 0, (r >> last & 1) == 0, false};
 }
 
 // Sets NZCV from a governing mask and a result predicate, each the address of

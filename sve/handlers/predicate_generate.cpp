@@ -1,11 +1,13 @@
 // Predicates made from nothing but operands: pfalse, ptrue with a pattern,
 // and the while family, whose run of true elements stops at the first
 // element that fails its compare and which sets the flags.
+#include <limits>
 #include <type_traits>
 
 #include "../state/cpu_state.h"
 #include "pattern_count.h"
 #include "predicate_scan.h"
+#include "whole_vector.h"
 
 aarch64_decode_rc sve_pfalse_p(cpu_state* s, aarch64_p_reg pd) {
   std::memset(s->p[pd.num], 0, 48);
@@ -24,9 +26,11 @@ aarch64_decode_rc sve_ptrue_pi(cpu_state* s, aarch64_p_reg pd, unsigned int patt
 namespace {
 
 struct less_than {
+  static constexpr bool inclusive = false;
   template <typename R> bool operator()(R a, R b) const { return a < b; }
 };
 struct lower_or_same {
+  static constexpr bool inclusive = true;
   template <typename R> bool operator()(R a, R b) const { return a <= b; }
 };
 
@@ -34,16 +38,32 @@ constexpr bool kSigned = true, kUnsigned = false;
 
 // T is the predicate element, R the register as compared: 32 or 64 bits,
 // signed or not. Rn + i wraps at the register width.
+//
+// The largest value of R fails "<" against any Rm, so a "<" run ends before
+// Rn + i wraps and is the distance from Rn to Rm, capped. "<=" passes it only
+// when Rm is that largest value: then every element passes, through the wrap;
+// otherwise the run is one longer than for "<".
 template <typename T, typename R, typename Cond>
 void while_run(cpu_state* s, aarch64_p_reg pd, R rn, R rm, Cond cond) {
   using U = std::make_unsigned_t<R>;
-  vec48 result;
-  bool run = true;
-  for (unsigned i = 0; i < 48 / sizeof(T); ++i) {
-    run = run && cond(static_cast<R>(static_cast<U>(rn) + i), rm);
-    set_pred_elem<T>(result.b, i, run);
+  constexpr unsigned elements = 48 / sizeof(T), per_third = 16 / sizeof(T);
+  unsigned count = 0;
+  if (Cond::inclusive && rm == std::numeric_limits<R>::max()) {
+    count = elements;
+  } else if (cond(rn, rm)) {
+    const U gap = static_cast<U>(static_cast<U>(rm) - static_cast<U>(rn));
+    count = gap >= elements ? elements : static_cast<unsigned>(gap) + Cond::inclusive;
+    if (count > elements) count = elements;
   }
-  write_flags(s, unmasked_flags<T>(result.b));
+  vec48 result;
+  for (unsigned third = 0; third < 3; ++third) {
+    lanes128<T> index;
+    for (unsigned l = 0; l < per_third; ++l) index[l] = static_cast<T>(third * per_third + l);
+    store_third<T>(result.b, third,
+                   reinterpret_cast<lanes128<T>>(index < static_cast<T>(count)) &
+                       static_cast<T>(1));
+  }
+  write_flags(s, {count > 0, count == 0, count < elements, false});
   commit(s->p[pd.num], result);
 }
 

@@ -107,6 +107,23 @@ TEST_F(CoreTest, FragmentWrapsTheClientsCodeAndBranchesBehindTheBlock) {
   EXPECT_EQ(find_fragment(t, tag), f);
 }
 
+// A loop the client leaves as it is: the exit carries out its branch.
+TEST_F(CoreTest, ALoopBranchLeftInTheBlockIsTakenByTheExit) {
+  static uint32_t app[] = {kSveAdd, 0xf1000529 /* subs x9, x9, #1 */, 0x54ffffc1 /* b.ne app */};
+  const auto tag = reinterpret_cast<app_pc>(app);
+  with_fake_client client(1);
+  fragment* f = build_fragment(t, tag);
+  ASSERT_NE(f->code, nullptr);
+  EXPECT_EQ(seen.app_pcs, (std::vector<app_pc>{tag, tag + 4, tag + 8}));
+  const byte* c = f->code + 4 * 3;         // behind the FPCR probe
+  EXPECT_EQ(word_at(c), 0xd2800001u);      // the client's word for the SVE add
+  EXPECT_EQ(word_at(c + 4), app[1]);       // subs, as it is
+  EXPECT_EQ(word_at(c + 8), 0xf940479cu);  // ldr x28: the flags stay
+  EXPECT_EQ(word_at(c + 12), 0x54000041u); // b.ne over the way out
+  EXPECT_EQ(branch_target(c + 16), tag + 12);
+  EXPECT_EQ(branch_target(c + 20), tag);
+}
+
 TEST_F(CoreTest, TheFirstWordTheClientKeepsEndsTheBlock) {
   static uint32_t app[] = {kSveAdd, kSveSub, kSveAdd};
   const auto tag = reinterpret_cast<app_pc>(app);
@@ -139,6 +156,35 @@ TEST_F(CoreTest, BlocksStopAtOrdinaryWordsPageEndsAndTheirLimit) {
   EXPECT_TRUE(is_sve_word(kSveAdd));
   EXPECT_FALSE(is_sve_word(kNop));
   unmap_pages(pages, 2 * 4096);
+}
+
+// add x1, x1, #1; subs x9, x9, #1; orr x3, xzr, x4; movk w5, #1, lsl #16
+constexpr uint32_t kAddImm = 0x91000421, kSubsImm = 0xf1000529, kMovReg = 0xaa0403e3,
+                   kMovk = 0x72a00025;
+
+TEST_F(CoreTest, PlainWordsJoinABlockBetweenSveWordsAndAClosingBranchMakesALoop) {
+  for (uint32_t w : {kAddImm, kSubsImm, kMovReg, kMovk}) EXPECT_TRUE(is_plain_data_word(w)) << w;
+  // Naming X28 in any register field, or an unallocated encoding, keeps a
+  // word out: it must run where the application has it.
+  EXPECT_FALSE(is_plain_data_word(0x91000780)); // add x0, x28, #1
+  EXPECT_FALSE(is_plain_data_word(0x8b1c0020)); // add x0, x1, x28
+  EXPECT_FALSE(is_plain_data_word(0x9100043c)); // add x28, x1, #1
+  EXPECT_FALSE(is_plain_data_word(0x72c00025)); // movk w5 with hw = 2
+  EXPECT_FALSE(is_plain_data_word(0x0bc20020)); // add (shifted register), shift 11
+  EXPECT_FALSE(is_plain_data_word(kNop));
+  EXPECT_FALSE(is_plain_data_word(kSveAdd));
+
+  uint32_t words[] = {kSveAdd, kAddImm, kSveSub, kSubsImm, 0, kNop};
+  const auto base = reinterpret_cast<app_pc>(words);
+  words[4] = 0x54ffff81; // b.ne words[0]
+  EXPECT_EQ(block_words(base), 5);
+  EXPECT_TRUE(is_conditional_branch_to(words[4], base + 16, base));
+  words[4] = 0x54ffffa1; // b.ne words[1]: not back to the start
+  EXPECT_FALSE(is_conditional_branch_to(words[4], base + 16, base));
+  EXPECT_EQ(block_words(base), 3); // trailing plain words stay out
+  words[4] = kNop;
+  EXPECT_EQ(block_words(base), 3);
+  EXPECT_EQ(block_words(base + 4), 0); // a block starts with an SVE word
 }
 
 // Records what the call out of generated code delivered, and spoils every

@@ -1,0 +1,231 @@
+// The lean rewriting of a block: one register transfer for a run of SVE
+// words, with each word's decoder called directly, plain data-processing
+// words carried out on the register record, and the block's conditional
+// branches taken on the record's flags.
+#include "runs.h"
+
+#include <atomic>
+#include <climits>
+#include <cstddef>
+#include <cstring>
+
+#include "drmgr.h"
+
+#include "../decode/decoders.h"
+#include "../decode/sve_utils.h"
+#include "emulate.h"
+#include "mix.h"
+#include "record_words.h"
+#include "rewrite_ir.h"
+#include "transfer.h"
+
+namespace {
+
+// The decode cascade's answers, remembered for every thread: a word met in
+// one block (or by one thread) is met again in the next. Each entry is one
+// atomic 64-bit value, the word and its decoder's distance from a function of
+// this library, so that threads need no lock.
+constexpr unsigned kDecoderCacheSize = 4096;
+std::atomic<uint64_t> decoder_cache[kDecoderCacheSize];
+constexpr int32_t kNoDecoder = INT32_MIN;
+
+intptr_t decoder_base() { return reinterpret_cast<intptr_t>(&sve_prefetch_nop); }
+
+sve_decoder find_decoder(uint32_t word) {
+  std::atomic<uint64_t>& entry = decoder_cache[(word * 0x9e3779b1u) >> 20];
+  const uint64_t cached = entry.load(std::memory_order_relaxed);
+  // An empty entry (0) matches only word 0, which no decoder takes either.
+  if (cached != 0 && uint32_t(cached) == word) {
+    const int32_t offset = int32_t(cached >> 32);
+    return offset == kNoDecoder ? nullptr : reinterpret_cast<sve_decoder>(decoder_base() + offset);
+  }
+  const sve_decoder decoder = get_sve_handler(word);
+  const intptr_t offset =
+      decoder ? reinterpret_cast<intptr_t>(decoder) - decoder_base() : intptr_t{kNoDecoder};
+  if (offset >= INT32_MIN && offset <= INT32_MAX)
+    entry.store(uint64_t(uint32_t(int32_t(offset))) << 32 | word, std::memory_order_relaxed);
+  return decoder;
+}
+
+void call_routine(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, void (*routine)()) {
+  instrlist_insert_mov_immed_ptrsz(dc, reinterpret_cast<ptr_int_t>(routine), x(29), bb, where, NULL,
+                                   NULL);
+  insert(bb, where, pc, INSTR_CREATE_blr(dc, x(29)));
+}
+
+// X27 gets the thread's record; the application's X26..X30 go straight into
+// it, the rest in zorvo_transfer_in.
+void open_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
+  dr_save_reg(dc, bb, where, DR_REG_X27, SPILL_SLOT_1);
+  drmgr_insert_read_tls_field(dc, tls_idx, bb, where, DR_REG_X27);
+  insert(bb, where, pc,
+         INSTR_CREATE_stp(dc, state_field(offsetof(cpu_state, regs[29]), OPSZ_16), x(29), x(30)));
+  dr_restore_reg(dc, bb, where, DR_REG_X30, SPILL_SLOT_1);
+  insert(bb, where, pc,
+         INSTR_CREATE_stp(dc, state_field(offsetof(cpu_state, regs[26]), OPSZ_16), x(26), x(30)));
+  dr_insert_get_stolen_reg_value(dc, bb, where, DR_REG_X30);
+  insert(bb, where, pc,
+         INSTR_CREATE_str(dc, state_field(offsetof(cpu_state, regs[28]), OPSZ_8), x(30)));
+  dr_insert_get_runtime_stack_top(dc, bb, where, DR_REG_X26);
+  call_routine(dc, bb, where, pc, zorvo_transfer_in);
+}
+
+// Everything back; an emulated word may have written X26..X30 too.
+void close_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
+  call_routine(dc, bb, where, pc, zorvo_transfer_out);
+  insert(bb, where, pc,
+         INSTR_CREATE_ldr(dc, x(30), state_field(offsetof(cpu_state, regs[28]), OPSZ_8)));
+  dr_insert_set_stolen_reg_value(dc, bb, where, DR_REG_X30);
+  insert(bb, where, pc,
+         INSTR_CREATE_ldp(dc, x(29), x(30), state_field(offsetof(cpu_state, regs[29]), OPSZ_16)));
+  insert(bb, where, pc,
+         INSTR_CREATE_ldr(dc, x(27), state_field(offsetof(cpu_state, regs[27]), OPSZ_8)));
+}
+
+// Inside a run X19 holds the record, X20 zorvo_call_word and X21
+// zorvo_call_thin_word, which read the word, its address and its decoder
+// from the code after the blr.
+void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder) {
+  const app_pc pc = instr_get_app_pc(instr);
+  mark_emulation_start(dc, bb, instr, pc);
+  const int form = find_form(word_of(instr));
+  const bool thin = form >= 0 && form_is_thin(form) && get_sve_handler(word_of(instr)) == decoder;
+  // Between calls nothing but X19 to X21 is live, so X12 is free.
+  mix_insert_count(dc, bb, instr, pc, word_of(instr),
+                   static_cast<cpu_state*>(drmgr_get_tls_field(dc, tls_idx)), DR_REG_X19,
+                   DR_REG_X12);
+  insert(bb, instr, pc, INSTR_CREATE_blr(dc, x(thin ? 21 : 20)));
+  const word_call constants = {decoder, pc, word_of(instr), 0};
+  instr_t* data = instr_create(dc);
+  instr_allocate_raw_bits(dc, data, sizeof constants);
+  std::memcpy(instr_get_raw_bits(data), &constants, sizeof constants);
+  insert(bb, instr, pc, data);
+  drmgr_insert_emulation_end(dc, bb, instr);
+  instrlist_remove(bb, instr);
+  instr_destroy(dc, instr);
+}
+
+opnd_t record_slot(int r) { return field(DR_REG_X19, offsetof(cpu_state, regs) + 8 * r, OPSZ_8); }
+
+// A plain data-processing word inside a run, on the record at X19.
+void run_on_record(void* dc, instrlist_t* bb, instr_t* instr, const record_word_plan& plan) {
+  const app_pc pc = instr_get_app_pc(instr);
+  for (int f = 0; f < 3; ++f)
+    if (plan.loads[f] >= 0)
+      insert(bb, instr, pc, INSTR_CREATE_ldr(dc, x(kRecordScratch[f]), record_slot(plan.loads[f])));
+  instr_t* renamed = instr_create(dc);
+  instr_allocate_raw_bits(dc, renamed, 4);
+  instr_set_raw_word(renamed, 0, plan.word);
+  insert(bb, instr, pc, renamed);
+  if (plan.store >= 0)
+    insert(bb, instr, pc, INSTR_CREATE_str(dc, record_slot(plan.store), x(kRecordScratch[2])));
+  if (plan.sets_flags) {
+    insert(bb, instr, pc, INSTR_CREATE_mrs(dc, x(12), reg(DR_REG_NZCV)));
+    insert(bb, instr, pc,
+           INSTR_CREATE_str(dc, state_field(offsetof(cpu_state, nzcv), OPSZ_8), x(12)));
+  }
+  instrlist_remove(bb, instr);
+  instr_destroy(dc, instr);
+}
+
+// A conditional branch back to the run's first word: the loop goes on inside
+// the run, on the flags in the record, with no transfer per iteration. `head`
+// is the last instruction before the first word's call.
+bool is_loop_back(instr_t* instr, app_pc run_start) {
+  const uint32_t word = word_of(instr);
+  if ((word & 0xff000010) != 0x54000000) return false;
+  const int32_t imm19 = static_cast<int32_t>(word << 8) >> 13;
+  return instr_get_app_pc(instr) + 4 * int64_t{imm19} == run_start;
+}
+
+// The record's flags into NZCV, then room for a b.cond whose offset is set
+// once the code it jumps over or back to is in place.
+instr_t* branch_on_record_flags(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
+  insert(bb, where, pc,
+         INSTR_CREATE_ldr(dc, x(12), field(DR_REG_X19, offsetof(cpu_state, nzcv), OPSZ_8)));
+  insert(bb, where, pc, INSTR_CREATE_msr(dc, reg(DR_REG_NZCV), x(12)));
+  instr_t* branch = instr_create(dc);
+  instr_allocate_raw_bits(dc, branch, 4);
+  insert(bb, where, pc, branch);
+  return branch;
+}
+
+void set_conditional_branch(instr_t* branch, int offset, uint32_t condition) {
+  const uint32_t imm19 = static_cast<uint32_t>(offset / 4) & 0x7ffff;
+  instr_set_raw_word(branch, 0, 0x54000000u | imm19 << 5 | condition);
+}
+
+void loop_back(void* dc, instrlist_t* bb, instr_t* instr, instr_t* head) {
+  instr_t* branch = branch_on_record_flags(dc, bb, instr, instr_get_app_pc(instr));
+  int distance = 0;
+  for (instr_t* i = instr_get_next(head); i != branch; i = instr_get_next(i))
+    distance += instr_length(dc, i);
+  set_conditional_branch(branch, -distance, word_of(instr) & 0xf);
+  instrlist_remove(bb, instr);
+  instr_destroy(dc, instr);
+}
+
+// A conditional branch out of the run: when it is not taken the run goes on
+// (a b.cond on the record's flags, inverted, jumps over the way out); when it
+// is, the run closes and the application's b.cond, left in place, takes the
+// runtime's exit for it.
+bool is_side_branch(instr_t* instr) {
+  const uint32_t word = word_of(instr);
+  return (word & 0xff000010) == 0x54000000 && (word & 0xf) < 14;
+}
+
+void side_exit(void* dc, instrlist_t* bb, instr_t* instr) {
+  const app_pc pc = instr_get_app_pc(instr);
+  instr_t* skip = branch_on_record_flags(dc, bb, instr, pc);
+  close_run(dc, bb, instr, pc);
+  int distance = instr_length(dc, skip);
+  for (instr_t* i = instr_get_next(skip); i != instr_get_next(instr); i = instr_get_next(i))
+    distance += instr_length(dc, i);
+  set_conditional_branch(skip, distance, (word_of(instr) & 0xf) ^ 1);
+}
+
+} // namespace
+
+dr_emit_flags_t rewrite_runs(void* drcontext, instrlist_t* bb) {
+  instr_t* next;
+  bool in_run = false;
+  instr_t* run_head = NULL;
+  app_pc run_start = NULL;
+  for (instr_t* instr = instrlist_first_app(bb); instr != NULL; instr = next) {
+    next = instr_get_next_app(instr);
+    const sve_decoder decoder = find_decoder(word_of(instr));
+    if (decoder == nullptr && in_run && is_loop_back(instr, run_start)) {
+      const app_pc pc = instr_get_app_pc(instr);
+      loop_back(drcontext, bb, instr, run_head);
+      if (next == NULL) close_run(drcontext, bb, NULL, pc);
+      continue;
+    }
+    if (decoder == nullptr && in_run && is_side_branch(instr)) {
+      side_exit(drcontext, bb, instr);
+      if (next == NULL) close_run(drcontext, bb, NULL, instr_get_app_pc(instr));
+      continue;
+    }
+    record_word_plan plan;
+    if (decoder == nullptr && in_run && plan_record_word(word_of(instr), &plan)) {
+      const app_pc pc = instr_get_app_pc(instr);
+      run_on_record(drcontext, bb, instr, plan);
+      if (next == NULL) close_run(drcontext, bb, NULL, pc);
+      continue;
+    }
+    if (decoder == nullptr) {
+      if (in_run) close_run(drcontext, bb, instr, instr_get_app_pc(instr));
+      in_run = false;
+      continue;
+    }
+    const app_pc pc = instr_get_app_pc(instr);
+    if (!in_run) {
+      open_run(drcontext, bb, instr, pc);
+      run_head = instr_get_prev(instr);
+      run_start = pc;
+    }
+    in_run = true;
+    call_decoder(drcontext, bb, instr, decoder);
+    if (next == NULL) close_run(drcontext, bb, NULL, pc);
+  }
+  return DR_EMIT_DEFAULT;
+}
