@@ -76,6 +76,8 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
 } // namespace
 
 void die_by_signal(int sig, const siginfo_t* info) {
+  // The exit events still run, so that the trace keeps every record.
+  process_dying_by_signal();
   struct sigaction dfl;
   std::memset(&dfl, 0, sizeof dfl);
   dfl.sa_handler = SIG_DFL;
@@ -120,12 +122,30 @@ void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, uc
 
 namespace {
 
+bool has_own_handler(const struct sigaction& a) {
+  return a.sa_handler != SIG_DFL && a.sa_handler != SIG_IGN;
+}
+
+// An SVE word the runtime did not carry out is about to end the program: the
+// user learns which word it was, since the death alone looks like a crash.
+void report_word_not_emulated(const siginfo_t* info, const ucontext_t* uc) {
+  if (info->si_code <= 0 || has_own_handler(app_action)) return;
+  const auto pc = reinterpret_cast<app_pc>(uc->uc_mcontext.pc);
+  const uint32_t word = application_word(pc);
+  if (!is_sve_word(word)) return;
+  dr_fprintf(our_stderr, "zorvo: SVE instruction 0x%08x at %p not emulated\n", word,
+             static_cast<void*>(pc));
+}
+
 void on_sigill(int sig, siginfo_t* info, void* context) {
   const uint64_t app_tp = enter_runtime_tls();
   const int saved_errno = errno;
   ++counters.signals;
   auto* uc = static_cast<ucontext_t*>(context);
-  if (!take_over(info, uc)) run_handler(&app_action, sig, info, uc, app_tp);
+  if (!take_over(info, uc)) {
+    report_word_not_emulated(info, uc);
+    run_handler(&app_action, sig, info, uc, app_tp);
+  }
   errno = saved_errno;
   leave_runtime_tls(app_tp);
 }
