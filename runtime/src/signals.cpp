@@ -142,7 +142,9 @@ void on_sigill(int sig, siginfo_t* info, void* context) {
   const int saved_errno = errno;
   ++counters.signals;
   auto* uc = static_cast<ucontext_t*>(context);
-  if (!take_over(info, uc)) {
+  if (deliver_handed_over_fault(uc, app_tp)) {
+    // done: the application's fault handler ran
+  } else if (!take_over(info, uc)) {
     report_word_not_emulated(info, uc);
     run_handler(&app_action, sig, info, uc, app_tp);
   }

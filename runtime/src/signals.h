@@ -39,6 +39,10 @@ void remove_runtime_signals(sigset_t* set);
 // fault while the application has no handler of its own; the
 // application's handler takes the rest, and every sent signal.
 void take_fault_signals();
+// A SIGILL at the trap to which a fault the client handed over to the
+// application leads: runs the application's handler for it, with the context
+// at the faulting instruction. False for any other SIGILL.
+bool deliver_handed_over_fault(ucontext_t* uc, uint64_t app_tp);
 // Whether sig is SIGSEGV or SIGBUS and the runtime has taken them.
 bool fault_signal_taken(int sig);
 // sigaction for SIGSEGV or SIGBUS, on the client's or the application's side.

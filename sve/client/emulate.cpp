@@ -5,6 +5,7 @@
 
 #include "dr_api.h"
 #include "drmgr.h"
+#include "memory/sve_fault.h"
 
 int tls_idx;
 
@@ -18,7 +19,12 @@ void emulate_instruction(uint32_t word, uint8_t* pc, sve_decoder decoder) {
   state->regs[27] = dr_read_saved_reg(drcontext, SPILL_SLOT_2);
   state->regs[28] = dr_read_saved_reg(drcontext, SPILL_SLOT_3);
 
-  if (decoder(state, word) != AARCH64_DECODE_OK) {
+  // A fault the application must see is reported at this instruction with
+  // the registers of the record (sve_fault.h).
+  instruction_in_emulation = state;
+  const auto rc = decoder(state, word);
+  instruction_in_emulation = nullptr;
+  if (rc != AARCH64_DECODE_OK) {
     // The word the application has at pc, also where the runtime has patched
     // that word in memory.
     uint32_t in_memory;
