@@ -87,6 +87,34 @@ void die_by_signal(int sig, const siginfo_t* info) {
   if (info->si_code <= 0) syscall(SYS_tgkill, getpid(), syscall(SYS_gettid), sig);
 }
 
+namespace {
+
+// Which of the runtime's signals the thread's application code has blocked:
+// the kernel never blocks them, but the program reads back what it set.
+thread_local sigset_t app_blocked;
+constexpr int kRuntimeSignals[] = {SIGILL, SIGSEGV, SIGBUS};
+
+void add_runtime_signals_of(const sigset_t& from, sigset_t* to) {
+  for (int sig : kRuntimeSignals)
+    if (sigismember(&from, sig) == 1) sigaddset(to, sig);
+}
+
+} // namespace
+
+void application_mask_changed(int how, const sigset_t* set_before_call, sigset_t* old) {
+  const sigset_t before = app_blocked;
+  if (old) add_runtime_signals_of(before, old);
+  if (set_before_call == nullptr) return;
+  if (how == SIG_SETMASK) sigemptyset(&app_blocked);
+  for (int sig : kRuntimeSignals) {
+    if (sigismember(set_before_call, sig) != 1) continue;
+    if (how == SIG_UNBLOCK)
+      sigdelset(&app_blocked, sig);
+    else
+      sigaddset(&app_blocked, sig);
+  }
+}
+
 void remove_runtime_signals(sigset_t* set) {
   sigdelset(set, SIGILL);
   sigdelset(set, SIGSEGV);
@@ -165,18 +193,32 @@ void resolve_libc_functions() {
   libc.sigaction = next_definition<decltype(libc.sigaction)>("sigaction");
 }
 
-void take_sigill() {
-  app_action.sa_handler = SIG_DFL;
+namespace {
+
+// The runtime's handler runs where the application's would: on the
+// alternate signal stack when the application's action asks for it.
+void install_sigill_handler(bool on_alternate_stack) {
   struct sigaction action;
   std::memset(&action, 0, sizeof action);
   action.sa_sigaction = on_sigill;
-  action.sa_flags = SA_SIGINFO | SA_RESTART;
+  action.sa_flags = SA_SIGINFO | SA_RESTART | (on_alternate_stack ? SA_ONSTACK : 0);
   // Nothing asynchronous may run while a block is being built.
   sigfillset(&action.sa_mask);
   libc.sigaction(SIGILL, &action, nullptr);
 }
 
+} // namespace
+
+void take_sigill() {
+  app_action.sa_handler = SIG_DFL;
+  install_sigill_handler(false);
+}
+
 void application_sigill_action(const struct sigaction* act, struct sigaction* old) {
   if (old) *old = app_action;
-  if (act) app_action = *act;
+  if (act == nullptr) return;
+  const bool was_on_stack = (app_action.sa_flags & SA_ONSTACK) != 0;
+  app_action = *act;
+  if (was_on_stack != ((act->sa_flags & SA_ONSTACK) != 0))
+    install_sigill_handler((act->sa_flags & SA_ONSTACK) != 0);
 }

@@ -30,9 +30,14 @@ void application_sigill_action(const struct sigaction* act, struct sigaction* ol
 // programs), which the handler gets while it runs.
 void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, ucontext_t* uc,
                  uint64_t app_tp = 0);
+
 // Masks never block the runtime's signals: a blocked SIGILL makes the next
 // SVE word fatal, a blocked SIGSEGV the next probe of an unreadable page.
 void remove_runtime_signals(sigset_t* set);
+// After a mask change the application asked for (set as it was before the
+// call, which may have overwritten it): keeps the thread's view of the
+// runtime's signals and puts it into old.
+void application_mask_changed(int how, const sigset_t* set_before_call, sigset_t* old);
 
 // SIGSEGV and SIGBUS. The client's handler takes a fault raised while the
 // client runs (in an emulation call or in the client's own code), and any
