@@ -58,6 +58,11 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
   }
   if (!is_sve_word(application_word(pc))) return false;
   fragment* f = t != nullptr ? find_fragment(t, pc) : nullptr;
+  // Code unmapped and mapped anew, or rewritten, at the same address.
+  if (f != nullptr && f->fingerprint != code_fingerprint(pc)) {
+    retire_fragment(f);
+    f = nullptr;
+  }
   if (runtime_shut_down && f == nullptr) {
     if (syscall(SYS_gettid) != exiting_thread) wait_for_process_exit();
     return false;
