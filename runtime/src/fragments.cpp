@@ -88,7 +88,7 @@ fragment* add_fragment(rt_thread* t, app_pc tag, byte* code) {
   if ((table.count + 1) * 2 > table.capacity && !grow(&table)) return nullptr;
   uint32_t s = slot_of(tag, table.capacity);
   while (table.slots[s].tag) s = (s + 1) & (table.capacity - 1);
-  table.slots[s] = {tag, code, code_fingerprint(tag)};
+  table.slots[s] = {tag, code, 0};
   ++table.count;
   return &table.slots[s];
 }

@@ -71,7 +71,10 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
     dr_fprintf(our_stderr, "zorvo: no memory for a new thread's runtime state\n");
     dr_abort();
   }
-  if (f == nullptr) f = build_fragment(t, pc);
+  if (f == nullptr) {
+    f = build_fragment(t, pc);
+    f->fingerprint = code_fingerprint(pc);
+  }
   if (f->code == nullptr) return false;
   if (!settings.entry_by_signal) link_site(t, pc, f->code);
   enter(t, uc, f->code);
