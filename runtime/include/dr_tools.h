@@ -9,6 +9,11 @@ extern "C" {
 #endif
 
 void* dr_get_current_drcontext(void);
+/* Whether the application has a handler of its own for sig (SIGSEGV or
+ * SIGBUS). A fault handler of the client that rewrites the context it was
+ * given into the application's state at an application instruction, and
+ * returns, hands the fault to that handler, as raised at that instruction. */
+bool dr_app_handles_signal_zorvo(int sig);
 /* Per-thread memory; it comes back zeroed. */
 void* dr_thread_alloc(void* drcontext, size_t size);
 void dr_thread_free(void* drcontext, void* mem, size_t size);

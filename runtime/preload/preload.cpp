@@ -142,6 +142,18 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attr, void* (*routin
   return rc;
 }
 
+// The process ends without its atexit handlers; the client still finishes
+// its trace. (The C library's own calls to _exit, after a failed exec in a
+// child, do not come here.)
+[[noreturn]] void _exit(int status) {
+  if (zorvo_app_hooks) zorvo_app_hooks->ending_without_exit_handlers();
+  static const auto real = next_definition<void (*)(int)>("_exit");
+  real(status);
+  __builtin_unreachable();
+}
+
+[[noreturn]] void _Exit(int status) noexcept { _exit(status); }
+
 int prctl(int option, ...) noexcept {
   va_list ap;
   va_start(ap, option);

@@ -19,6 +19,9 @@ struct app_hooks {
   // client finishes its trace file (not in the child of a vfork, which
   // shares the parent's memory).
   void (*before_exec)();
+  // The process ends without its exit handlers (_exit, _Exit): the exit
+  // events run all the same, so that no trace record is lost.
+  void (*ending_without_exit_handlers)();
   // fork handlers registered in the runtime's namespace, which the
   // application's C library does not know about
   void (*fork_prepare)();

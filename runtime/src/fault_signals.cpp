@@ -46,20 +46,57 @@ bool client_running(const ucontext_t* uc) {
   return client_code(reinterpret_cast<const void*>(uc->uc_mcontext.pc));
 }
 
+// A fault the client handed over, waiting for its thread to reach the
+// application's instruction, where it is delivered.
+struct handed_over_fault {
+  int sig;
+  siginfo_t info;
+  uint64_t pc;
+};
+thread_local handed_over_fault handed_over;
+
+// Raises SIGILL at a word of the runtime's own, so that a fault the client
+// handed over is delivered from a signal frame on the application's stack.
+extern "C" void zorvo_fault_delivery_trap();
+asm(R"(
+        .text
+        .balign 4
+        .hidden zorvo_fault_delivery_trap
+        .globl  zorvo_fault_delivery_trap
+        .type   zorvo_fault_delivery_trap, %function
+zorvo_fault_delivery_trap:
+        udf     #0x5a50
+        .size   zorvo_fault_delivery_trap, . - zorvo_fault_delivery_trap
+)");
+
+// The client's handler returned with the context moved out of the client:
+// the fault is the application's, at that context's pc. The thread returns
+// to the trap with the application's registers (and, in a static program,
+// its thread pointer).
+void hand_over_to_application(int sig, const siginfo_t* info, ucontext_t* uc, uint64_t* app_tp) {
+  handed_over = {sig, *info, uc->uc_mcontext.pc};
+  uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(&zorvo_fault_delivery_trap);
+  if (separate_thread_pointer() && *app_tp == 0)
+    if (const rt_thread* t = current_thread()) *app_tp = t->block.app_tp;
+}
+
 // A fault the application would have met without the runtime goes to its
-// handler; one of the emulator's goes to the client's. Sent signals are the
-// application's alone.
+// handler; one of the emulator's goes to the client's, which may hand it
+// over. Sent signals are the application's alone.
 void on_fault(int sig, siginfo_t* info, void* context) {
-  const uint64_t app_tp = enter_runtime_tls();
+  uint64_t app_tp = enter_runtime_tls();
   const int saved_errno = errno;
   auto* uc = static_cast<ucontext_t*>(context);
   fault_actions& actions = actions_of(sig);
   const bool clients =
       info->si_code > 0 && (client_running(uc) || !has_handler(actions.application));
-  if (clients)
+  if (clients) {
     run_handler(&actions.client, sig, info, uc);
-  else
+    if (!client_running(uc) && has_handler(actions.application))
+      hand_over_to_application(sig, info, uc, &app_tp);
+  } else {
     run_handler(&actions.application, sig, info, uc, app_tp);
+  }
   errno = saved_errno;
   leave_runtime_tls(app_tp);
 }
@@ -80,6 +117,18 @@ int collect_client_segments(dl_phdr_info* info, size_t, void* data) {
 }
 
 } // namespace
+
+bool deliver_handed_over_fault(ucontext_t* uc, uint64_t app_tp) {
+  if (uc->uc_mcontext.pc != reinterpret_cast<uint64_t>(&zorvo_fault_delivery_trap)) return false;
+  handed_over_fault fault = handed_over;
+  uc->uc_mcontext.pc = fault.pc;
+  run_handler(&actions_of(fault.sig).application, fault.sig, &fault.info, uc, app_tp);
+  return true;
+}
+
+extern "C" bool dr_app_handles_signal_zorvo(int sig) {
+  return (sig == SIGSEGV || sig == SIGBUS) && has_handler(actions_of(sig).application);
+}
 
 bool fault_signal_taken(int sig) { return (sig == SIGSEGV || sig == SIGBUS) && taken; }
 

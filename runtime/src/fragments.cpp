@@ -4,6 +4,9 @@
 
 #include <cstdint>
 
+#include "block.h"
+#include "sites.h"
+
 struct code_chunk {
   code_chunk* next;
   size_t size;
@@ -17,6 +20,9 @@ constexpr size_t kChunkSize = 1 << 20;
 // A direct branch reaches 128 MiB either way; chunks are kept well inside.
 constexpr ptrdiff_t kBranchReach = (ptrdiff_t(1) << 27) - (ptrdiff_t(4) << 20);
 
+// Marks a retired slot: lookups pass over it, insertion never reuses it.
+const app_pc kRetired = reinterpret_cast<app_pc>(uintptr_t{1});
+
 uint32_t slot_of(app_pc tag, uint32_t capacity) {
   const uint64_t h = (reinterpret_cast<uintptr_t>(tag) >> 2) * 0x9e3779b97f4a7c15ull;
   return static_cast<uint32_t>(h >> 32) & (capacity - 1);
@@ -28,7 +34,7 @@ bool grow(fragment_table* table) {
   if (slots == nullptr) return false;
   for (uint32_t i = 0; i < table->capacity; ++i) {
     const fragment& f = table->slots[i];
-    if (f.tag == nullptr) continue;
+    if (f.tag == nullptr || f.tag == kRetired) continue;
     uint32_t s = slot_of(f.tag, capacity);
     while (slots[s].tag) s = (s + 1) & (capacity - 1);
     slots[s] = f;
@@ -82,10 +88,19 @@ fragment* add_fragment(rt_thread* t, app_pc tag, byte* code) {
   if ((table.count + 1) * 2 > table.capacity && !grow(&table)) return nullptr;
   uint32_t s = slot_of(tag, table.capacity);
   while (table.slots[s].tag) s = (s + 1) & (table.capacity - 1);
-  table.slots[s] = {tag, code};
+  table.slots[s] = {tag, code, 0};
   ++table.count;
   return &table.slots[s];
 }
+
+uint64_t code_fingerprint(app_pc tag) {
+  const int words = block_words(tag);
+  uint64_t h = 0xcbf29ce484222325ull ^ static_cast<uint64_t>(words);
+  for (int n = 0; n < words; ++n) h = (h ^ application_word(tag + 4 * n)) * 0x100000001b3ull;
+  return h;
+}
+
+void retire_fragment(fragment* f) { f->tag = kRetired; }
 
 void release_fragments(rt_thread* t) {
   unmap_pages(t->fragments.slots, t->fragments.capacity * sizeof(fragment));

@@ -8,6 +8,11 @@ fragment* find_fragment(rt_thread* t, app_pc tag);
 // Returns null when no memory is left for the table.
 fragment* add_fragment(rt_thread* t, app_pc tag, byte* code);
 void release_fragments(rt_thread* t);
+// What the block at tag holds now, to compare with a fragment's fingerprint.
+uint64_t code_fingerprint(app_pc tag);
+// The fragment no longer stands for the code at its address: it is never
+// found again (its code stays in the cache until the thread ends).
+void retire_fragment(fragment* f);
 
 // Room for size bytes of code whose last word branches to target. *reaches
 // says whether that branch can be direct; when no memory near target is

@@ -42,7 +42,9 @@ constexpr int kLoaderVariables = 4;
 char* client_arg_storage;
 
 void static_program_exiting();
-void on_process_exit();
+// in_signal_handler: the thread's runtime memory stays, since the handler
+// may be running on its stack.
+void on_process_exit(bool in_signal_handler = false);
 
 struct launch_settings {
   const char* client = nullptr;
@@ -220,10 +222,15 @@ void static_program_exiting() {
   leave_runtime_tls(app_tp);
 }
 
-void on_process_exit() {
+void on_process_exit(bool in_signal_handler) {
   exiting_thread = syscall(SYS_gettid);
   if (runtime_shut_down.exchange(true)) return;
-  if (rt_thread* t = current_thread()) detach_thread(t);
+  if (rt_thread* t = current_thread()) {
+    if (in_signal_handler)
+      run_thread_exit_events(t);
+    else
+      detach_thread(t);
+  }
   run_exit_events();
   if (settings.print_stats) print_counters();
 }
@@ -236,10 +243,6 @@ void thread_exiting() {
 
 // The process the runtime's state belongs to; a vfork child shares it.
 pid_t owner;
-
-void before_exec() {
-  if (getpid() == owner) on_process_exit();
-}
 
 void fork_child() {
   owner = getpid();
@@ -275,8 +278,9 @@ __attribute__((constructor)) void runtime_start() {
   hooks.pthread_sigmask = &pthread_sigmask;
   hooks.thread_started = thread_started;
   hooks.thread_exiting = thread_exiting;
-  hooks.process_exiting = on_process_exit;
-  hooks.before_exec = before_exec;
+  hooks.process_exiting = [] { on_process_exit(); };
+  hooks.before_exec = process_ending;
+  hooks.ending_without_exit_handlers = process_ending;
   hooks.fork_prepare = run_fork_prepare;
   hooks.fork_parent = run_fork_parent;
   hooks.fork_child = fork_child;
@@ -292,6 +296,17 @@ __attribute__((constructor)) void runtime_start() {
 } // namespace
 
 const app_hooks* runtime_app_hooks() { return &hooks_for_application; }
+
+// An exec, _exit or a fatal signal ends the process without the exit
+// handlers that run on_process_exit. A vfork child shares the parent's
+// state and leaves it alone.
+void process_ending() {
+  if (getpid() == owner) on_process_exit();
+}
+
+void process_dying_by_signal() {
+  if (getpid() == owner) on_process_exit(true);
+}
 
 const char* application_path() { return launch.app; }
 

@@ -35,6 +35,17 @@ const sigset_t* without_runtime_signals(const sigset_t* set, sigset_t* copy) {
   return copy;
 }
 
+// The kernel gets the mask without the runtime's signals; the application
+// keeps its own view of them.
+int change_mask(int (*real)(int, const sigset_t*, sigset_t*), int how, const sigset_t* set,
+                sigset_t* old) {
+  sigset_t requested, copy;
+  if (set) requested = *set;
+  const int rc = real(how, how == SIG_UNBLOCK ? set : without_runtime_signals(set, &copy), old);
+  if (rc == 0) application_mask_changed(how, set ? &requested : nullptr, old);
+  return rc;
+}
+
 } // namespace
 
 extern "C" {
@@ -68,15 +79,12 @@ sighandler_t signal(int sig, sighandler_t handler) noexcept {
 
 int pthread_sigmask(int how, const sigset_t* set, sigset_t* old) noexcept {
   resolve_libc_functions();
-  sigset_t copy;
-  return libc.pthread_sigmask(how, how == SIG_UNBLOCK ? set : without_runtime_signals(set, &copy),
-                              old);
+  return change_mask(libc.pthread_sigmask, how, set, old);
 }
 
 int sigprocmask(int how, const sigset_t* set, sigset_t* old) noexcept {
   resolve_libc_functions();
-  sigset_t copy;
-  return libc.sigprocmask(how, how == SIG_UNBLOCK ? set : without_runtime_signals(set, &copy), old);
+  return change_mask(libc.sigprocmask, how, set, old);
 }
 
 // pthread_atfork, in every object of the runtime's namespace, comes here.

@@ -31,6 +31,11 @@ extern std::atomic<bool> runtime_ready;
 extern std::atomic<bool> runtime_shut_down;
 // The thread that ran them.
 extern std::atomic<long> exiting_thread;
+// The process ends without running its exit handlers (exec, _exit, a fatal
+// signal): the exit events run now. Nothing in a vfork child.
+void process_ending();
+// The same from a handler of the signal that ends the process.
+void process_dying_by_signal();
 
 // The events that clients registered, run by the runtime.
 void run_thread_init_events(void* drcontext);

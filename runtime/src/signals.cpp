@@ -58,6 +58,11 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
   }
   if (!is_sve_word(application_word(pc))) return false;
   fragment* f = t != nullptr ? find_fragment(t, pc) : nullptr;
+  // Code unmapped and mapped anew, or rewritten, at the same address.
+  if (f != nullptr && f->fingerprint != code_fingerprint(pc)) {
+    retire_fragment(f);
+    f = nullptr;
+  }
   if (runtime_shut_down && f == nullptr) {
     if (syscall(SYS_gettid) != exiting_thread) wait_for_process_exit();
     return false;
@@ -66,7 +71,10 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
     dr_fprintf(our_stderr, "zorvo: no memory for a new thread's runtime state\n");
     dr_abort();
   }
-  if (f == nullptr) f = build_fragment(t, pc);
+  if (f == nullptr) {
+    f = build_fragment(t, pc);
+    f->fingerprint = code_fingerprint(pc);
+  }
   if (f->code == nullptr) return false;
   if (!settings.entry_by_signal) link_site(t, pc, f->code);
   enter(t, uc, f->code);
@@ -76,6 +84,8 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
 } // namespace
 
 void die_by_signal(int sig, const siginfo_t* info) {
+  // The exit events still run, so that the trace keeps every record.
+  process_dying_by_signal();
   struct sigaction dfl;
   std::memset(&dfl, 0, sizeof dfl);
   dfl.sa_handler = SIG_DFL;
@@ -83,6 +93,34 @@ void die_by_signal(int sig, const siginfo_t* info) {
   // An instruction raises the signal again when the handler returns; a sent
   // signal is sent again, and waits until the handler's mask is gone.
   if (info->si_code <= 0) syscall(SYS_tgkill, getpid(), syscall(SYS_gettid), sig);
+}
+
+namespace {
+
+// Which of the runtime's signals the thread's application code has blocked:
+// the kernel never blocks them, but the program reads back what it set.
+thread_local sigset_t app_blocked;
+constexpr int kRuntimeSignals[] = {SIGILL, SIGSEGV, SIGBUS};
+
+void add_runtime_signals_of(const sigset_t& from, sigset_t* to) {
+  for (int sig : kRuntimeSignals)
+    if (sigismember(&from, sig) == 1) sigaddset(to, sig);
+}
+
+} // namespace
+
+void application_mask_changed(int how, const sigset_t* set_before_call, sigset_t* old) {
+  const sigset_t before = app_blocked;
+  if (old) add_runtime_signals_of(before, old);
+  if (set_before_call == nullptr) return;
+  if (how == SIG_SETMASK) sigemptyset(&app_blocked);
+  for (int sig : kRuntimeSignals) {
+    if (sigismember(set_before_call, sig) != 1) continue;
+    if (how == SIG_UNBLOCK)
+      sigdelset(&app_blocked, sig);
+    else
+      sigaddset(&app_blocked, sig);
+  }
 }
 
 void remove_runtime_signals(sigset_t* set) {
@@ -120,12 +158,32 @@ void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, uc
 
 namespace {
 
+bool has_own_handler(const struct sigaction& a) {
+  return a.sa_handler != SIG_DFL && a.sa_handler != SIG_IGN;
+}
+
+// An SVE word the runtime did not carry out is about to end the program: the
+// user learns which word it was, since the death alone looks like a crash.
+void report_word_not_emulated(const siginfo_t* info, const ucontext_t* uc) {
+  if (info->si_code <= 0 || has_own_handler(app_action)) return;
+  const auto pc = reinterpret_cast<app_pc>(uc->uc_mcontext.pc);
+  const uint32_t word = application_word(pc);
+  if (!is_sve_word(word)) return;
+  dr_fprintf(our_stderr, "zorvo: SVE instruction 0x%08x at %p not emulated\n", word,
+             static_cast<void*>(pc));
+}
+
 void on_sigill(int sig, siginfo_t* info, void* context) {
   const uint64_t app_tp = enter_runtime_tls();
   const int saved_errno = errno;
   ++counters.signals;
   auto* uc = static_cast<ucontext_t*>(context);
-  if (!take_over(info, uc)) run_handler(&app_action, sig, info, uc, app_tp);
+  if (deliver_handed_over_fault(uc, app_tp)) {
+    // done: the application's fault handler ran
+  } else if (!take_over(info, uc)) {
+    report_word_not_emulated(info, uc);
+    run_handler(&app_action, sig, info, uc, app_tp);
+  }
   errno = saved_errno;
   leave_runtime_tls(app_tp);
 }
@@ -143,18 +201,32 @@ void resolve_libc_functions() {
   libc.sigaction = next_definition<decltype(libc.sigaction)>("sigaction");
 }
 
-void take_sigill() {
-  app_action.sa_handler = SIG_DFL;
+namespace {
+
+// The runtime's handler runs where the application's would: on the
+// alternate signal stack when the application's action asks for it.
+void install_sigill_handler(bool on_alternate_stack) {
   struct sigaction action;
   std::memset(&action, 0, sizeof action);
   action.sa_sigaction = on_sigill;
-  action.sa_flags = SA_SIGINFO | SA_RESTART;
+  action.sa_flags = SA_SIGINFO | SA_RESTART | (on_alternate_stack ? SA_ONSTACK : 0);
   // Nothing asynchronous may run while a block is being built.
   sigfillset(&action.sa_mask);
   libc.sigaction(SIGILL, &action, nullptr);
 }
 
+} // namespace
+
+void take_sigill() {
+  app_action.sa_handler = SIG_DFL;
+  install_sigill_handler(false);
+}
+
 void application_sigill_action(const struct sigaction* act, struct sigaction* old) {
   if (old) *old = app_action;
-  if (act) app_action = *act;
+  if (act == nullptr) return;
+  const bool was_on_stack = (app_action.sa_flags & SA_ONSTACK) != 0;
+  app_action = *act;
+  if (was_on_stack != ((act->sa_flags & SA_ONSTACK) != 0))
+    install_sigill_handler((act->sa_flags & SA_ONSTACK) != 0);
 }

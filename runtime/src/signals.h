@@ -30,15 +30,24 @@ void application_sigill_action(const struct sigaction* act, struct sigaction* ol
 // programs), which the handler gets while it runs.
 void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, ucontext_t* uc,
                  uint64_t app_tp = 0);
+
 // Masks never block the runtime's signals: a blocked SIGILL makes the next
 // SVE word fatal, a blocked SIGSEGV the next probe of an unreadable page.
 void remove_runtime_signals(sigset_t* set);
+// After a mask change the application asked for (set as it was before the
+// call, which may have overwritten it): keeps the thread's view of the
+// runtime's signals and puts it into old.
+void application_mask_changed(int how, const sigset_t* set_before_call, sigset_t* old);
 
 // SIGSEGV and SIGBUS. The client's handler takes a fault raised while the
 // client runs (in an emulation call or in the client's own code), and any
 // fault while the application has no handler of its own; the
 // application's handler takes the rest, and every sent signal.
 void take_fault_signals();
+// A SIGILL at the trap to which a fault the client handed over to the
+// application leads: runs the application's handler for it, with the context
+// at the faulting instruction. False for any other SIGILL.
+bool deliver_handed_over_fault(ucontext_t* uc, uint64_t app_tp);
 // Whether sig is SIGSEGV or SIGBUS and the runtime has taken them.
 bool fault_signal_taken(int sig);
 // sigaction for SIGSEGV or SIGBUS, on the client's or the application's side.

@@ -44,6 +44,9 @@ constexpr int kAppTpOffset = offsetof(thread_block, app_tp);
 struct fragment {
   app_pc tag;
   byte* code;
+  // Of the application's words the fragment was built from: code mapped
+  // anew or rewritten at the same address has another.
+  uint64_t fingerprint;
 };
 
 struct fragment_table {

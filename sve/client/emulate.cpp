@@ -5,8 +5,14 @@
 
 #include "dr_api.h"
 #include "drmgr.h"
+#include "memory/sve_fault.h"
 
 int tls_idx;
+
+cpu_state* thread_record_for_faults() {
+  void* drcontext = dr_get_current_drcontext();
+  return drcontext ? static_cast<cpu_state*>(drmgr_get_tls_field(drcontext, tls_idx)) : nullptr;
+}
 
 extern "C" void report_failure_to_emulate(const uint8_t* pc) {
   // The word the application has at pc, also where the runtime has patched
@@ -27,7 +33,12 @@ void emulate_instruction(uint32_t word, uint8_t* pc, sve_decoder decoder) {
   state->regs[27] = dr_read_saved_reg(drcontext, SPILL_SLOT_2);
   state->regs[28] = dr_read_saved_reg(drcontext, SPILL_SLOT_3);
 
-  if (decoder(state, word) != AARCH64_DECODE_OK) report_failure_to_emulate(pc);
+  // A fault the application must see is reported at this instruction with
+  // the registers of the record (sve_fault.h).
+  state->emulating = 1;
+  const auto rc = decoder(state, word);
+  state->emulating = 0;
+  if (rc != AARCH64_DECODE_OK) report_failure_to_emulate(pc);
 
   // Written back even after a failure: a decoder may have changed any of them.
   dr_write_saved_reg(drcontext, SPILL_SLOT_1, state->regs[26]);

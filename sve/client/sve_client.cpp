@@ -13,6 +13,7 @@
 #include "drreg.h"
 
 #include "../decode/sve_utils.h"
+#include "../memory/sve_fault.h"
 #include "../trace/tracesink.h"
 #include "emulate.h"
 #include "mix.h"
@@ -184,6 +185,9 @@ DR_EXPORT void dr_client_main(client_id_t /*id*/, int argc, const char* argv[]) 
   dr_register_exit_event(event_exit);
   if (!drmgr_register_bb_app2app_event(event_instruction_change, &block_priority)) DR_ASSERT(false);
   tls_idx = drmgr_register_tls_field();
+  // The runtime tells which faults of emulated accesses the application takes.
+  application_handles_fault = dr_app_handles_signal_zorvo;
+  this_thread_record = thread_record_for_faults;
   if (!sve_init(0, dr_get_application_name())) DR_ASSERT(false);
   dr_log(NULL, DR_LOG_ALL, 1, "SVE client initializing\n");
 }

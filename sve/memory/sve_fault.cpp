@@ -13,6 +13,8 @@ uint32_t SVELibInitialized;
 volatile uint32_t SVEFaultRegion;
 sigjmp_buf sveFaultJB;
 thread_local uint8_t access_violation;
+cpu_state* (*this_thread_record)();
+bool (*application_handles_fault)(int sig);
 
 // The probe's read is this one load, so that its handler can step over it
 // by its length, 4 bytes, and tell a probe's fault from any other by its pc.
@@ -95,6 +97,13 @@ void SVESigHandler(int sig, siginfo_t*, void* context) {
     step_over_probe_load(context);
     return;
   }
+  cpu_state* record = this_thread_record ? this_thread_record() : nullptr;
+  if (record != nullptr && record->emulating && application_handles_fault != nullptr &&
+      application_handles_fault(sig)) {
+    context_from_record(static_cast<ucontext_t*>(context), *record);
+    record->emulating = 0;
+    return;
+  }
   struct sigaction dfl = fault_action(nullptr);
   dfl.sa_handler = SIG_DFL;
   sigaction(SIGSEGV, &dfl, nullptr);
@@ -104,6 +113,39 @@ void SVESigHandler(int sig, siginfo_t*, void* context) {
                "it to the default signal handler.\n",
                sig == SIGSEGV ? "SIGSEGV" : "SIGBUS");
   std::fflush(stderr);
+}
+
+namespace {
+
+// The records the kernel puts in a signal frame's reserved area: a header,
+// then the record; a zero magic ends the list.
+fpsimd_context* fpsimd_record(ucontext_t* uc) {
+  auto* at = reinterpret_cast<unsigned char*>(uc->uc_mcontext.__reserved);
+  const unsigned char* end = at + sizeof uc->uc_mcontext.__reserved;
+  while (at + sizeof(_aarch64_ctx) <= end) {
+    auto* head = reinterpret_cast<_aarch64_ctx*>(at);
+    if (head->magic == 0 || head->size == 0) return nullptr;
+    if (head->magic == FPSIMD_MAGIC) return reinterpret_cast<fpsimd_context*>(head);
+    at += head->size;
+  }
+  return nullptr;
+}
+
+constexpr uint64_t kNzcvBits = 0xf0000000u;
+
+} // namespace
+
+void context_from_record(ucontext_t* uc, const cpu_state& state) {
+  mcontext_t& m = uc->uc_mcontext;
+  for (int r = 0; r < 31; ++r) m.regs[r] = state.regs[r];
+  m.sp = state.regs[31];
+  m.pc = state.pc;
+  m.pstate = (m.pstate & ~kNzcvBits) | (state.nzcv & kNzcvBits);
+  if (fpsimd_context* fp = fpsimd_record(uc)) {
+    fp->fpsr = state.fpsr;
+    fp->fpcr = state.fpcr;
+    for (int v = 0; v < 32; ++v) std::memcpy(&fp->vregs[v], state.z[v], sizeof fp->vregs[v]);
+  }
 }
 
 template <typename T> bool addr_is_readable(T volatile* p) {

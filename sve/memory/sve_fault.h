@@ -4,9 +4,13 @@
 // with a message.
 #pragma once
 
+#include <ucontext.h>
+
 #include <csetjmp>
 #include <csignal>
 #include <cstdint>
+
+#include "state/cpu_state.h"
 
 // The system page size, read as the library loads, for the first-fault
 // loads that stop at a page they cannot read.
@@ -28,10 +32,27 @@ constexpr int kFaultActionFlags = SA_NODEFER | SA_RESTART | SA_SIGINFO;
 // nothing.
 int SVEInitialize();
 
-// A fault outside every guard is fatal: the message, then both signals back
-// to their default actions, so that the faulting instruction, run again when
-// this returns, ends the process by its signal.
+// The calling thread's register record, or null; set by the client. While
+// its `emulating` is set, the record holds the registers as they were when
+// the instruction at its pc began.
+extern cpu_state* (*this_thread_record)();
+// Whether the application has a handler of its own for sig (SIGSEGV or
+// SIGBUS); null where nobody can tell, and then no fault is the
+// application's.
+extern bool (*application_handles_fault)(int sig);
+
+// A fault outside every guard, in an instruction being emulated, belongs to
+// the application when it has a handler: the context becomes the
+// application's at that instruction, as a processor with SVE would have
+// faulted, and the handler returns for its owner to deliver it. Otherwise the
+// fault is fatal: the message, then both signals back to their default
+// actions, so that the faulting instruction, run again when this returns,
+// ends the process by its signal.
 void SVESigHandler(int sig, siginfo_t* info, void* context);
+
+// The application's registers before the instruction, its pc, SP, flags,
+// FPSR, FPCR and the low 128 bits of each vector register, into uc.
+void context_from_record(ucontext_t* uc, const cpu_state& state);
 
 // Whether one byte can be read at p: a fault on the read is caught and
 // execution goes on behind it. SIGSEGV only; a SIGBUS on a probed address is

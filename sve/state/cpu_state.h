@@ -18,6 +18,10 @@ struct cpu_state {
   uint8_t p[16][48];             // one byte per vector byte, 0 or 1
   uint8_t ffr[48];               // same form as p
   uint64_t raw_instr;            // the word, written by thin decoders
+  // Nonzero while one of the thread's words is being emulated (on the lean
+  // path: for a whole run of them), when a fault of an emulated access is
+  // the application's, at the instruction at pc, with these registers.
+  uint64_t emulating;
 };
 
 // Generated code addresses these fields with immediate offsets.
@@ -30,6 +34,7 @@ static_assert(offsetof(cpu_state, z) == 288);
 static_assert(offsetof(cpu_state, p) == 288 + 32 * 48);
 static_assert(offsetof(cpu_state, ffr) == 288 + 32 * 48 + 16 * 48);
 static_assert(offsetof(cpu_state, raw_instr) == 288 + 32 * 48 + 17 * 48);
+static_assert(offsetof(cpu_state, emulating) == 288 + 32 * 48 + 17 * 48 + 8);
 static_assert(alignof(cpu_state) == 16);
 
 enum element_size : uint32_t {

@@ -47,9 +47,18 @@ expect 1 "SVE emulation client usage error: Unknown option: -x" \
 expect 42 "argv[0] = '$program'" "$zorvo" --client-option -- --client-option -x -- "$program"
 expect 42 "zorvo: 0 blocks built, 0 fragments, 0 signals taken, 0 fragment entries" \
   "$zorvo" --stats -- "$program"
-# The trace directory reaches the trace sink, not the program's environment.
-expect 1 "trace directory $work/none is not a writable directory" \
-  "$zorvo" --trace-dir "$work/none" -- "$program"
+# A trace directory that cannot be written: one line, before the program
+# starts; a relative name is shown as the directory it names.
+for bad in "$work/none" "$work/plain" none; do
+  shown=$bad
+  [[ $bad == /* ]] || shown=$PWD/$bad
+  expect 2 "zorvo: --trace-dir $shown: not a writable directory" \
+    "$zorvo" --trace-dir "$bad" -- "$program"
+  if [ "$(wc -l <"$work/err")" != 1 ] || [ -s "$work/out" ]; then
+    echo "FAIL: --trace-dir $bad: more than one line, or the program ran" >&2
+    failures=$((failures + 1))
+  fi
+done
 expect 42 "SVE client initializing" "$zorvo" --loglevel 1 -- "$program"
 expect 42 "SVE client exiting" "$zorvo" --loglevel 1 -- "$program"
 if [ "$(uname -m)" != aarch64 ]; then

@@ -8,16 +8,22 @@
 #   --zorvo-option OPT    passed to zorvo (may be repeated)
 #   --stderr-has TEXT     zorvo's standard error must contain this line, in
 #                         the order given (may be repeated)
+#   --stderr-matches RE   as --stderr-has, a whole line matching the extended
+#                         regular expression RE, once and only once
+#   --stderr-lacks RE     no line of zorvo's standard error matches RE
 #   --only-add-sub        PROGRAM may hold no SVE instruction but add and sub
 # environment: ZORVO (the launcher), REFERENCE (the reference command),
 #              OBJDUMP (for --only-add-sub)
 set -uo pipefail
-stdin=/dev/null zorvo_options=() stderr_lines=() only_add_sub=
+stdin=/dev/null zorvo_options=() stderr_lines=() stderr_patterns=() stderr_absent=()
+only_add_sub=
 while [ $# -gt 0 ]; do
   case $1 in
   --stdin) stdin=$2; shift 2 ;;
   --zorvo-option) zorvo_options+=("$2"); shift 2 ;;
   --stderr-has) stderr_lines+=("$2"); shift 2 ;;
+  --stderr-matches) stderr_patterns+=("$2"); shift 2 ;;
+  --stderr-lacks) stderr_absent+=("$2"); shift 2 ;;
   --only-add-sub) only_add_sub=1; shift ;;
   --) shift; break ;;
   *) echo "unknown option $1" >&2; exit 2 ;;
@@ -60,6 +66,19 @@ for line in "${stderr_lines[@]}"; do
     failed=1
   else
     from=$((from + at))
+  fi
+done
+for pattern in "${stderr_patterns[@]}"; do
+  count=$(grep -cxE -- "$pattern" "$work/zorvo.err")
+  if [ "$count" != 1 ]; then
+    echo "FAIL: $count lines of zorvo's standard error match: $pattern" >&2
+    failed=1
+  fi
+done
+for pattern in "${stderr_absent[@]}"; do
+  if grep -qE -- "$pattern" "$work/zorvo.err"; then
+    echo "FAIL: zorvo's standard error has a line matching: $pattern" >&2
+    failed=1
   fi
 done
 if [ $failed -ne 0 ]; then
