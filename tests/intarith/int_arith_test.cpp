@@ -92,7 +92,7 @@ TEST(MovePrefix, AllOffPredicateZeroesOrKeeps) {
 
 namespace {
 
-constexpr uint32_t kSdotS = 0x44800000;       // sdot z0.s, z0.b, z0.b
+constexpr uint32_t kSdotS = 0x44800020;       // sdot z0.s, z1.b, z0.b
 constexpr uint32_t kUdotD = 0x44c20420;       // udot z0.d, z1.h, z2.h
 constexpr uint32_t kUdotSIndex3 = 0x44ba0420; // udot z0.s, z1.b, z2.b[3]
 constexpr uint32_t kSdotDIndex1 = 0x44f20020; // sdot z0.d, z1.h, z2.h[1]
@@ -101,9 +101,10 @@ constexpr uint32_t kSdotDIndex1 = 0x44f20020; // sdot z0.d, z1.h, z2.h[1]
 // a sum kept at product width, or of sign-extended unsigned lanes, is wrong.
 TEST(DotProduct, ExtremeProductsSumAtAccumulatorWidth) {
   cpu_state s{};
-  std::memset(s.z[0], 0x80, 48); // accumulator, both sources: -128 x -128
+  std::memset(s.z[0], 0x7f, 48); // accumulator and Zm: 127
+  std::memset(s.z[1], 0x80, 48); // -128
   ASSERT_EQ(run_word(&s, kSdotS), AARCH64_DECODE_OK);
-  for (unsigned i = 0; i < 12; ++i) ASSERT_EQ(elem(s.z[0], 4, i), 0x80818080u) << i;
+  for (unsigned i = 0; i < 12; ++i) ASSERT_EQ(elem(s.z[0], 4, i), 0x7f7f7f7fu - 4 * 128 * 127) << i;
 
   std::memset(s.z[0], 0, 48);
   std::memset(s.z[1], 0xff, 48);
