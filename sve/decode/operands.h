@@ -123,6 +123,16 @@ template <unsigned Hi, unsigned Lo> struct V {
   }
 };
 
+// A SIMD&FP register that is read and written: the running value of an
+// ordered reduction.
+template <unsigned Hi, unsigned Lo> struct Vrw {
+  template <uint32_t> static unsigned int get(uint32_t w) { return field(w, Hi, Lo); }
+  static void notation(line_writer& out) { show_field(out, 'V', Hi, Lo, "rw", kKind); }
+  template <uint32_t E> static void describe(line_writer& out, uint32_t w) {
+    out.printf("V{%u} v%u", get<E>(w), get<E>(w));
+  }
+};
+
 // ---- Immediates ----
 
 template <unsigned Hi, unsigned Lo> struct Uimm : immediate_kind<Uimm<Hi, Lo>> {

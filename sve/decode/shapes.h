@@ -12,6 +12,12 @@ using zdn_pgm_zm = shape<Zrw<4, 0>, P<12, 10, kPMerging>, Z<9, 5>>;
 using zd_zn_zm = shape<Z<4, 0>, Z<9, 5>, Z<20, 16>>;
 using zt_pgz_xn_simm4 = shape<Z<4, 0>, P<12, 10, kPZeroing>, S<9, 5, 3>, Simm<19, 16>>;
 using vd_pg_zn = shape<V<4, 0>, P<12, 10, kPPlain>, Z<9, 5>>;
+using vdn_pg_zm = shape<Vrw<4, 0>, P<12, 10, kPPlain>, Z<9, 5>>;
+// Dot products: the sources hold four elements of a quarter the size in each
+// accumulator element; the handler takes their size from the accumulator.
+using zda_zn4_zm4 = shape<Zrw<4, 0>, Z<9, 5>, Z<20, 16>>;
+using zda_zn4_zm3_index2 = shape<Zrw<4, 0>, Z<9, 5>, Z<18, 16>, Uimm<20, 19>>;
+using zda_zn4_zm4_index1 = shape<Zrw<4, 0>, Z<9, 5>, Z<19, 16>, Uimm<20, 20>>;
 using zt_pgz_xn_xm = shape<Z<4, 0>, P<12, 10, kPZeroing>, S<9, 5, 3>, R<20, 16, 3>>;
 using zd_pgm_zn = shape<Z<4, 0>, P<12, 10, kPMerging>, Z<9, 5>>;
 using pd_pgz_zn_zm = shape<P<3, 0>, P<12, 10, kPZeroing>, Z<9, 5>, Z<20, 16>>;

@@ -10,6 +10,7 @@
 #include "../memory/app_memory.h"
 #include "../trace/memtrace_lin.h"
 #include "element.h"
+#include "predicate_form.h"
 #include "whole_vector.h"
 
 // Xn|SP + imm * (bytes one vector's elements occupy in memory): for the
@@ -37,10 +38,14 @@ inline void load_active_elements(uint8_t* z, const uint8_t* pred, uint64_t addr,
   }
 }
 
+// Only the active elements are visited, in ascending order: a partial store
+// costs its active elements, not the whole vector's.
 template <typename T, typename U>
 inline void store_active_elements(const uint8_t* z, const uint8_t* pred, uint64_t addr) {
-  for (unsigned i = 0; i < 48 / sizeof(U); ++i)
-    if (active<U>(pred, i)) write_app<T>(addr + i * sizeof(T), static_cast<T>(load_elem<U>(z, i)));
+  for (uint64_t left = pack_predicate(pred) & element_starts<U>(); left; left &= left - 1) {
+    const unsigned i = static_cast<unsigned>(__builtin_ctzll(left)) / sizeof(U);
+    write_app<T>(addr + i * sizeof(T), static_cast<T>(load_elem<U>(z, i)));
+  }
 }
 
 // A whole contiguous access: the elements first, then the trace records, so

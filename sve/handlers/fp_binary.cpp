@@ -1,7 +1,10 @@
 // Floating-point arithmetic of two operands: predicated with a vector or an
 // immediate, reversed, and unpredicated.
+#include <type_traits>
+
 #include "../state/cpu_state.h"
 #include "fp_element.h"
+#include "whole_vector.h"
 
 namespace {
 
@@ -11,13 +14,25 @@ template <typename Op> struct reversed {
   template <typename T> T operator()(T a, T b) const { return op(b, a); }
 };
 
+// The operations that have a 128-bit host form (host_fp.h).
+template <typename Op>
+constexpr bool kHasSimd =
+    std::is_same_v<Op, fadd_op> || std::is_same_v<Op, fsub_op> || std::is_same_v<Op, fmul_op>;
+template <typename Op> constexpr bool kHasSimd<reversed<Op>> = kHasSimd<Op>;
+
+// With every element active the vector form computes the same elements and
+// raises the same exceptions as one instruction per element; an inactive
+// element must raise nothing, so a partial predicate goes element by element.
 template <typename Op>
 aarch64_decode_rc with_vector(cpu_state* s, aarch64_z_reg zdn, aarch64_p_reg pg, aarch64_z_reg zm,
                               Op op) {
   by_fp_size(zdn.rw_elem, [&](auto t) {
     using T = decltype(t);
-    const uint8_t* d = s->z[zdn.num];
+    uint8_t* d = s->z[zdn.num];
     const uint8_t* m = s->z[zm.num];
+    if constexpr (kHasSimd<Op>)
+      if (all_active<typename uint_of<sizeof(T)>::type>(s->p[pg.num]))
+        return unpredicated_simd<T>(d, d, m, op);
     merge_elements<T>(s, zdn, pg,
                       [&](unsigned i) { return op(load_elem<T>(d, i), load_elem<T>(m, i)); });
   });

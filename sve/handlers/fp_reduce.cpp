@@ -2,7 +2,6 @@
 // fminnmv and faddv, and the strictly ordered fadda.
 #include "../state/cpu_state.h"
 #include "fp_element.h"
-#include "fp_reduce_unrouted.h"
 
 namespace {
 

@@ -10,6 +10,7 @@
 #include "../memory/app_memory.h"
 #include "../trace/memtrace_elements.h"
 #include "element.h"
+#include "whole_vector.h"
 
 // How an element of the address vector becomes a 64-bit offset.
 enum class vector_offset : uint8_t {
@@ -43,17 +44,25 @@ aarch64_decode_rc element_wise_access(cpu_state* s, aarch64_z_reg zt, aarch64_p_
   uint8_t* z = s->z[zt.num];
   const uint8_t* vec = s->z[addresses_from.num];
   uint64_t addresses[elements];
-  for (unsigned i = 0; i < elements; ++i) {
-    if (!active<U>(pred, i)) {
-      if constexpr (Type == memaccess_load) store_elem<U>(z, i, U{0});
-      continue;
-    }
+  const auto access = [&](unsigned i) {
     const uint64_t addr = base + (offset_of<U, Offset>(load_elem<U>(vec, i)) << Shift);
     addresses[i] = addr;
     if constexpr (Type == memaccess_load)
       store_elem<U>(z, i, static_cast<U>(read_app<T>(addr)));
     else
       write_app<T>(addr, static_cast<T>(load_elem<U>(z, i)));
+  };
+  // Loops mostly run with every element active: one test of the whole
+  // predicate then spares one per element.
+  if (all_active<U>(pred)) {
+    for (unsigned i = 0; i < elements; ++i) access(i);
+  } else {
+    for (unsigned i = 0; i < elements; ++i) {
+      if (active<U>(pred, i))
+        access(i);
+      else if constexpr (Type == memaccess_load)
+        store_elem<U>(z, i, U{0});
+    }
   }
   memtrace_elements(s, addresses, pred, sizeof(U), sizeof(T), Type);
   return AARCH64_DECODE_OK;

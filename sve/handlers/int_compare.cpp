@@ -32,20 +32,17 @@ constexpr bool kSigned = true;
 constexpr bool kUnsigned = false;
 
 // T is the element type read from Zn, signed or unsigned as the condition
-// wants; right(i) gives the right-hand operand of element i.
+// wants; right(third) gives the right-hand operands of a third of the vector.
 template <typename T, typename Right, typename Cond>
 void compare(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_z_reg zn, Right right,
              Cond cond) {
   // Three 128-bit compares: each lane of the condition's mask is all ones
   // or zero, and the active element's lowest byte keeps bit 0 of it.
-  constexpr unsigned per_third = 16 / sizeof(T);
   const uint8_t* n = s->z[zn.num];
   const uint8_t* mask = s->p[pg.num];
   vec48 result;
   for (unsigned third = 0; third < 3; ++third) {
-    lanes128<T> rhs;
-    for (unsigned l = 0; l < per_third; ++l) rhs[l] = right(third * per_third + l);
-    const auto holds = cond(load_third<T>(n, third), rhs);
+    const auto holds = cond(load_third<T>(n, third), right(third));
     store_third<T>(result.b, third,
                    reinterpret_cast<lanes128<T>>(holds) & load_third<T>(mask, third) &
                        static_cast<T>(1));
@@ -63,7 +60,7 @@ aarch64_decode_rc compare_vectors(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg 
     using T = element_type<Signed, decltype(u)>;
     const uint8_t* m = s->z[zm.num];
     compare<T>(
-        s, pd, pg, zn, [m](unsigned i) { return load_elem<T>(m, i); }, cond);
+        s, pd, pg, zn, [m](unsigned third) { return load_third<T>(m, third); }, cond);
   });
   return AARCH64_DECODE_OK;
 }
@@ -75,7 +72,7 @@ aarch64_decode_rc compare_immediate(cpu_state* s, aarch64_p_reg pd, aarch64_p_re
                                     aarch64_z_reg zn, Imm imm, Cond cond) {
   by_element_size(pd.elem, [&](auto u) {
     using T = element_type<Signed, decltype(u)>;
-    const T value = static_cast<T>(imm);
+    const lanes128<T> value = lanes128<T>{} + static_cast<T>(imm);
     compare<T>(
         s, pd, pg, zn, [value](unsigned) { return value; }, cond);
   });

@@ -7,7 +7,6 @@
 #include <cstring>
 
 #include "decode/handler_declarations.h"
-#include "handlers/fp_reduce_unrouted.h"
 #include "test_state.h"
 
 namespace {
@@ -168,8 +167,8 @@ TEST_F(FastFp, HalfPrecisionBroadcast) {
   EXPECT_EQ(s.fpsr, 0u);
 }
 
-// The reductions that no decoder reaches, called directly. With 2^24, 1, 1
-// and -2^24 the ordered sum loses both ones to rounding; the tree adds 1 to
+// The two single-precision sums, on values random cases hardly draw. With
+// 2^24, 1, 1 and -2^24 the ordered sum loses both ones to rounding; the tree adds 1 to
 // -2^24 exactly and keeps one of them.
 TEST_F(FastFp, OrderedAndTreeAdditionAssociateDifferently) {
   const uint32_t values[] = {0x4b800000, kOneS, kOneS, 0xcb800000};

@@ -89,3 +89,46 @@ TEST(MovePrefix, AllOffPredicateZeroesOrKeeps) {
 }
 
 } // namespace
+
+namespace {
+
+constexpr uint32_t kSdotS = 0x44800020;       // sdot z0.s, z1.b, z0.b
+constexpr uint32_t kUdotD = 0x44c20420;       // udot z0.d, z1.h, z2.h
+constexpr uint32_t kUdotSIndex3 = 0x44ba0420; // udot z0.s, z1.b, z2.b[3]
+constexpr uint32_t kSdotDIndex1 = 0x44f20020; // sdot z0.d, z1.h, z2.h[1]
+
+// The four products of an element's group only fit the accumulator's width:
+// a sum kept at product width, or of sign-extended unsigned lanes, is wrong.
+TEST(DotProduct, ExtremeProductsSumAtAccumulatorWidth) {
+  cpu_state s{};
+  std::memset(s.z[0], 0x7f, 48); // accumulator and Zm: 127
+  std::memset(s.z[1], 0x80, 48); // -128
+  ASSERT_EQ(run_word(&s, kSdotS), AARCH64_DECODE_OK);
+  for (unsigned i = 0; i < 12; ++i) ASSERT_EQ(elem(s.z[0], 4, i), 0x7f7f7f7fu - 4 * 128 * 127) << i;
+
+  std::memset(s.z[0], 0, 48);
+  std::memset(s.z[1], 0xff, 48);
+  std::memset(s.z[2], 0xff, 48);
+  ASSERT_EQ(run_word(&s, kUdotD), AARCH64_DECODE_OK);
+  for (unsigned i = 0; i < 6; ++i) ASSERT_EQ(elem(s.z[0], 8, i), 4 * 0xfffe0001ull) << i;
+}
+
+// Each 128-bit segment takes the indexed group from its own segment of Zm.
+TEST(DotProduct, IndexedGroupComesFromEachSegment) {
+  cpu_state s{};
+  std::memset(s.z[1], 1, 48);
+  for (unsigned i = 0; i < 48; ++i) s.z[2][i] = static_cast<uint8_t>(i);
+  ASSERT_EQ(run_word(&s, kUdotSIndex3), AARCH64_DECODE_OK);
+  for (unsigned i = 0; i < 12; ++i) {
+    const unsigned first = 16 * (i / 4) + 12; // bytes 12..15 of the segment
+    ASSERT_EQ(elem(s.z[0], 4, i), 4 * first + 6) << i;
+  }
+
+  std::memset(s.z[0], 0, 48);
+  for (unsigned i = 0; i < 24; ++i) set_elem(s.z[1], 2, i, 0x8000);
+  for (unsigned i = 0; i < 24; ++i) set_elem(s.z[2], 2, i, i % 8 < 4 ? 1 : 0x8000);
+  ASSERT_EQ(run_word(&s, kSdotDIndex1), AARCH64_DECODE_OK);
+  for (unsigned i = 0; i < 6; ++i) ASSERT_EQ(elem(s.z[0], 8, i), 1ull << 32) << i;
+}
+
+} // namespace
