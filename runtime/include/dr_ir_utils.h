@@ -45,6 +45,15 @@ void dr_insert_call_zorvo(void* drcontext, instrlist_t* ilist, instr_t* where, a
 bool dr_insert_get_runtime_stack_top(void* drcontext, instrlist_t* ilist, instr_t* where,
                                      reg_id_t reg);
 
+/* Zorvo's own: generated code that gives the thread the runtime's thread
+ * pointer (enter) or the application's back (leave), with scratch as the
+ * only register it changes. In a statically linked program the program's
+ * C library owns TPIDR_EL0, and code of the runtime or the client that uses
+ * thread-local storage must run between the two; elsewhere both insert
+ * nothing. */
+bool dr_insert_runtime_thread_pointer_zorvo(void* drcontext, instrlist_t* ilist, instr_t* where,
+                                            reg_id_t scratch, bool enter);
+
 #ifdef __cplusplus
 }
 #endif

@@ -162,6 +162,27 @@ bool dr_insert_get_runtime_stack_top(void* drcontext, instrlist_t* ilist, instr_
   return true;
 }
 
+bool dr_insert_runtime_thread_pointer_zorvo(void* drcontext, instrlist_t* ilist, instr_t* where,
+                                            reg_id_t scratch, bool enter) {
+  if (reg_get_size(scratch) != OPSZ_8 || scratch == DR_REG_X28 || !reg_is_gpr(scratch))
+    return false;
+  if (!separate_thread_pointer()) return true;
+  const opnd_t r = opnd_create_reg(scratch);
+  const opnd_t tp = opnd_create_reg(DR_REG_TPIDR_EL0);
+  if (enter) {
+    instrlist_meta_preinsert(ilist, where, INSTR_CREATE_mrs(drcontext, r, tp));
+    instrlist_meta_preinsert(ilist, where,
+                             INSTR_CREATE_str(drcontext, block_word(kAppTpOffset), r));
+    instrlist_meta_preinsert(ilist, where,
+                             INSTR_CREATE_ldr(drcontext, r, block_word(kRuntimeTpOffset)));
+  } else {
+    instrlist_meta_preinsert(ilist, where,
+                             INSTR_CREATE_ldr(drcontext, r, block_word(kAppTpOffset)));
+  }
+  instrlist_meta_preinsert(ilist, where, INSTR_CREATE_msr(drcontext, tp, r));
+  return true;
+}
+
 void instrlist_insert_mov_immed_ptrsz(void* drcontext, ptr_int_t val, opnd_t dst,
                                       instrlist_t* ilist, instr_t* where, instr_t** first,
                                       instr_t** last) {

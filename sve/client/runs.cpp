@@ -66,6 +66,9 @@ void open_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
   dr_insert_get_stolen_reg_value(dc, bb, where, DR_REG_X30);
   insert(bb, where, pc,
          INSTR_CREATE_str(dc, state_field(offsetof(cpu_state, regs[28]), OPSZ_8), x(30)));
+  // The handlers' thread-local state is the runtime's, also in a static
+  // program, whose C library owns the thread pointer.
+  dr_insert_runtime_thread_pointer_zorvo(dc, bb, where, DR_REG_X30, true);
   dr_insert_get_runtime_stack_top(dc, bb, where, DR_REG_X26);
   call_routine(dc, bb, where, pc, zorvo_transfer_in);
 }
@@ -73,6 +76,7 @@ void open_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
 // Everything back; an emulated word may have written X26..X30 too.
 void close_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
   call_routine(dc, bb, where, pc, zorvo_transfer_out);
+  dr_insert_runtime_thread_pointer_zorvo(dc, bb, where, DR_REG_X30, false);
   insert(bb, where, pc,
          INSTR_CREATE_ldr(dc, x(30), state_field(offsetof(cpu_state, regs[28]), OPSZ_8)));
   dr_insert_set_stolen_reg_value(dc, bb, where, DR_REG_X30);

@@ -72,6 +72,18 @@ std::string permissions_of(const void* p) {
   return "";
 }
 
+// Whether the kernel may write into the page: a read from a pipe into it
+// fails with EFAULT where it may not.
+bool kernel_can_write(void* p) {
+  int fds[2];
+  if (pipe(fds) != 0) return false;
+  const char byte = 1;
+  const bool ok = write(fds[1], &byte, 1) == 1 && read(fds[0], p, 1) == 1;
+  close(fds[0]);
+  close(fds[1]);
+  return ok;
+}
+
 // What the code leaves in the registers the stub must not change, called with
 // X0, X1 and X28 set and the flags at Z and C.
 struct machine {
@@ -244,13 +256,15 @@ TEST_F(SitesTest, ASiteOnAPageThatIsNotPrivateCodeStaysAsItIs) {
     auto* page = static_cast<byte*>(
         mmap(nullptr, 4096, PROT_READ | PROT_WRITE, flags | MAP_ANONYMOUS, -1, 0));
     std::memcpy(page, &kSveAdd, 4);
-    const std::string expected = flags == MAP_SHARED ? "r-x" : "rw-";
+    const bool writable = flags == MAP_PRIVATE;
     if (flags == MAP_SHARED) mprotect(page, 4096, PROT_READ | PROT_EXEC);
     byte code[kBranchEntryLength + 4] = {};
     EXPECT_FALSE(link_site(t, page, code + kBranchEntryLength));
     EXPECT_EQ(word_at(page), kSveAdd);
     EXPECT_EQ(application_word(page), kSveAdd);
-    EXPECT_EQ(permissions_of(page), expected);
+    // Asked of the kernel, not of /proc/self/maps, where qemu does not
+    // always list a page that the program mapped itself.
+    EXPECT_EQ(kernel_can_write(page), writable);
   }
 }
 
