@@ -19,6 +19,11 @@ in forms.inc (under the cascade, any overlap is a decode fault).
 
   python3 scripts/gen_sve2_forms.py           rewrite the data file
   python3 scripts/gen_sve2_forms.py --check   fail unless the file is current
+
+The SVE2 rows of forms.inc are written from sve/decode/sve2_rows.txt, one
+line per row: `form text | family | decoder | shape | ELEM_x`, the form text
+as in the data file. They stand last in forms.inc, between two marker lines;
+--check also fails when they differ from what that file gives.
 """
 import os
 import random
@@ -224,7 +229,47 @@ def render(forms, maps):
     return "\n".join(lines) + "\n"
 
 
+ROWS = os.path.join(ROOT, "sve/decode/sve2_rows.txt")
+FORMS = os.path.join(ROOT, "sve/decode/forms.inc")
+BEGIN = "// SVE2 rows: written by scripts/gen_sve2_forms.py from sve2_rows.txt\n"
+END = "// end of SVE2 rows\n"
+
+
+def forms_with_rows(forms_text):
+    """forms.inc with its SVE2 section as sve2_rows.txt gives it."""
+    head = forms_text.split(BEGIN)[0] if BEGIN in forms_text else \
+        forms_text[:forms_text.rindex("\n#undef THIN\n") + 1]
+    tail = forms_text[forms_text.rindex("\n#undef THIN\n") + 1:]
+    return head + BEGIN + "".join(r + "\n" for r in sve2_rows(ROWS)) + END + "\n" + tail
+
+
+def sve2_rows(request_file):
+    forms = {}
+    with open(OUT) as f:
+        for line in f:
+            if not line.startswith("#"):
+                mask, value, name, key, _, sig = line.rstrip("\n").split(" ", 5)
+                forms.setdefault(sig, []).append((name.rstrip("*"), key))
+    with open(request_file) as f:
+        for line in f:
+            if not line.strip() or line.startswith("#"):
+                continue
+            sig, family, decoder, shape, elem = [x.strip() for x in line.split("|")]
+            if len(forms.get(sig, [])) != 1:
+                sys.exit("gen_sve2_forms: %d forms read `%s`" % (len(forms.get(sig, [])), sig))
+            name, key = forms[sig][0]
+            yield ("BRIDGE(%s, %s, %s, %s, %s, %s, %s)" % (family, name, key, decoder, shape, elem,
+                                                       sig.split()[0]))
+
+
 def main():
+    with open(FORMS) as f:
+        forms_text = f.read()
+    if forms_with_rows(forms_text) != forms_text:
+        if "--check" in sys.argv:
+            sys.exit("gen_sve2_forms: the SVE2 rows of forms.inc are not those of sve2_rows.txt")
+        with open(FORMS, "w") as f:
+            f.write(forms_with_rows(forms_text))
     maps, rows = existing_rows()
     forms = discover()
     problems = check_disjoint(forms, rows)
