@@ -1,6 +1,7 @@
 // Bridge decoders. The SVE2 integer forms.
+#include "../generic/sve2_integer.h"
 #include "../generic/widen_narrow.h"
-#include "bridge_shapes.h"
+#include "bridge_shapes_sve2.h"
 
 using namespace bridge_shapes;
 
