@@ -1,4 +1,5 @@
 // Bridge decoders. The SVE2 integer forms.
+#include "../generic/int8_matrix.h"
 #include "../generic/sve2_integer.h"
 #include "../generic/widen_narrow.h"
 #include "bridge_shapes_sve2.h"
