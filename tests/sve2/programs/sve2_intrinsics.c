@@ -131,5 +131,28 @@ int main(void) {
   RESULT("usdot", svusdot_s32(wa, ua, sb), svint32_t, svst1_s32);
   RESULT("usdot[2]", svusdot_lane_s32(wa, ua, sb, 2), svint32_t, svst1_s32);
   RESULT("sudot[1]", svsudot_lane_s32(wa, sa, ub, 1), svint32_t, svst1_s32);
+
+  // BF16: the conversions and bfmlal follow FPCR; bfdot and bfmmla do not.
+  const svfloat32_t fa = svreinterpret_f32_u8(ua), fb = svreinterpret_f32_u8(ub);
+  const svfloat32_t small = svmul_n_f32_x(ALL, svcvt_f32_s32_x(ALL, svand_n_s32_x(ALL, wa, 0xffff)),
+                                          1.0e-38f / 3.0f);
+  const svbfloat16_t ba = svreinterpret_bf16_u8(ua), bb = svreinterpret_bf16_u8(ub);
+  const uint64_t controls[] = {0, 1u << 24 | 1u << 25, 3u << 22, 1u << 22, 2u << 22 | 1u << 24};
+  for (int c = 0; c < 5; ++c) {
+    uint64_t fpsr = 0;
+    __asm__ volatile("msr fpsr, xzr\n msr fpcr, %0" : : "r"(controls[c]));
+    RESULT("bfcvt", svcvt_bf16_f32_m(ba, some, fa), svbfloat16_t, svst1_bf16);
+    RESULT("bfcvt.tiny", svcvt_bf16_f32_x(ALL, small), svbfloat16_t, svst1_bf16);
+    RESULT("bfcvtnt", svcvtnt_bf16_f32_m(bb, svptrue_b32(), fb), svbfloat16_t, svst1_bf16);
+    RESULT("bfdot", svbfdot_f32(fa, ba, bb), svfloat32_t, svst1_f32);
+    RESULT("bfdot[3]", svbfdot_lane_f32(small, ba, bb, 3), svfloat32_t, svst1_f32);
+    RESULT("bfmmla", svbfmmla_f32(fa, ba, bb), svfloat32_t, svst1_f32);
+    RESULT("bfmlalb", svbfmlalb_f32(small, ba, bb), svfloat32_t, svst1_f32);
+    RESULT("bfmlalt", svbfmlalt_f32(fa, ba, bb), svfloat32_t, svst1_f32);
+    __asm__ volatile("mrs %0, fpsr" : "=r"(fpsr));
+    printf("controls %08llx flags %02llx\n", (unsigned long long)controls[c],
+           (unsigned long long)(fpsr & 0x9f));
+  }
+  __asm__ volatile("msr fpcr, xzr");
   return 0;
 }
