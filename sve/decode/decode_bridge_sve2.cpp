@@ -1,5 +1,6 @@
 // Bridge decoders. The SVE2 integer forms, the int8 matrix forms and BF16.
 #include "../generic/bf16.h"
+#include "../generic/halving_saturating.h"
 #include "../generic/int8_matrix.h"
 #include "../generic/sve2_integer.h"
 #include "../generic/widen_narrow.h"
