@@ -3,6 +3,7 @@
 #include "../generic/halving_saturating.h"
 #include "../generic/int8_matrix.h"
 #include "../generic/sve2_integer.h"
+#include "../generic/sve2_unpredicated.h"
 #include "../generic/widen_narrow.h"
 #include "bridge_shapes_sve2.h"
 
