@@ -2,9 +2,11 @@
 #include "../generic/bf16.h"
 #include "../generic/halving_saturating.h"
 #include "../generic/int8_matrix.h"
+#include "../generic/sve2_indexed.h"
 #include "../generic/sve2_integer.h"
 #include "../generic/sve2_unpredicated.h"
 #include "../generic/widen_narrow.h"
+#include "bridge_shapes_fp.h"
 #include "bridge_shapes_sve2.h"
 
 using namespace bridge_shapes;
