@@ -114,6 +114,32 @@ int main(void) {
   }
   printf("reverse loop total %lld\n", (long long)total);
 
+  // Halving, saturating, high-half, accumulating and extracting forms.
+  RESULT("shadd", svhadd_s8_m(some, sa, sb), svint8_t, svst1_s8);
+  RESULT("urhadd", svrhadd_u16_m(svptrue_b16(), uha, uhb), svuint16_t, svst1_u16);
+  RESULT("shsubr", svhsubr_s32_m(svptrue_b32(), wa, wb), svint32_t, svst1_s32);
+  RESULT("sqadd", svqadd_s8_m(some, sa, sb), svint8_t, svst1_s8);
+  RESULT("uqsub", svqsub_u64_m(svptrue_b64(), uda, udb), svuint64_t, svst1_u64);
+  RESULT("suqadd", svuqadd_s16_m(svptrue_b16(), ha, uhb), svint16_t, svst1_s16);
+  RESULT("usqadd", svsqadd_u32_m(svptrue_b32(), uwa, wb), svuint32_t, svst1_u32);
+  RESULT("sqabs", svqabs_s8_m(sb, some, svdup_n_s8_m(sa, some, INT8_MIN)), svint8_t, svst1_s8);
+  RESULT("smulh", svmulh_s64_x(svptrue_b64(), da, db), svint64_t, svst1_s64);
+  RESULT("umulh", svmulh_u8_x(ALL, ua, ub), svuint8_t, svst1_u8);
+  RESULT("pmul", svpmul_u8(ua, ub), svuint8_t, svst1_u8);
+  RESULT("saba", svaba_s16(ha, hb, ha), svint16_t, svst1_s16);
+  RESULT("sqrdmlah", svqrdmlah_s32(wa, wb, wa), svint32_t, svst1_s32);
+  RESULT("sqrdmlsh.d", svqrdmlsh_s64(da, db, da), svint64_t, svst1_s64);
+  RESULT("eorbt", sveorbt_u16(uha, uhb, uha), svuint16_t, svst1_u16);
+  RESULT("bext", svbext_u32(uwa, uwb), svuint32_t, svst1_u32);
+  RESULT("bdep", svbdep_u64(uda, udb), svuint64_t, svst1_u64);
+  RESULT("bgrp", svbgrp_u8(ua, ub), svuint8_t, svst1_u8);
+  RESULT("sqxtnb", svqxtnb_s32(wa), svint16_t, svst1_s16);
+  RESULT("uqxtnt", svqxtnt_u64(svreinterpret_u32_u8(ub), uda), svuint32_t, svst1_u32);
+  RESULT("sqxtunb", svqxtunb_s16(ha), svuint8_t, svst1_u8);
+  RESULT("mul[5]", svmul_lane_s16(ha, hb, 5), svint16_t, svst1_s16);
+  RESULT("mla[1]", svmla_lane_u64(uda, udb, uda, 1), svuint64_t, svst1_u64);
+  RESULT("sqrdmulh[3]", svqrdmulh_lane_s32(wa, wb, 3), svint32_t, svst1_s32);
+
   // Histograms and matches.
   RESULT("histcnt", svhistcnt_u32_z(svwhilelt_b32_s32(0, 7), svand_n_u32_x(ALL, uwa, 3),
                                     svand_n_u32_x(ALL, uwb, 3)),
