@@ -32,6 +32,9 @@ import subprocess
 import sys
 import tempfile
 
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from gen_mix_mnemonics import key_of, layout, mask_of, read_rows, value_of  # noqa: E402
+
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 OUT = os.path.join(ROOT, "sve/decode/sve2_forms.txt")
 OBJDUMP = "aarch64-linux-gnu-objdump"
@@ -112,35 +115,10 @@ def map_name(ranges):
     return "__".join("%d_%d" % r for r in ranges)
 
 
-def key_of(word, ranges):
-    key = 0
-    for hi, lo in ranges:
-        key = (key << (hi - lo + 1)) | ((word >> lo) & ((1 << (hi - lo + 1)) - 1))
-    return key
-
-
-def mask_of(ranges):
-    return sum(((1 << (hi - lo + 1)) - 1) << lo for hi, lo in ranges)
-
-
 def existing_rows():
-    with open(os.path.join(ROOT, "sve/decode/decode_maps.inc")) as f:
-        maps = re.findall(r"X\((\w+)\)", f.read())
-    rows = []
-    with open(os.path.join(ROOT, "sve/decode/forms.inc")) as f:
-        for m in re.finditer(r"^(?:THIN|THIN_FP|BRIDGE)\(\w+, (\w+), (0x[0-9a-f]+), (\w+)|"
-                             r"^EMPTY\((\w+), (0x[0-9a-f]+), (\w+)", f.read(), re.M):
-            name, key, row = (m.group(1), m.group(2), m.group(3)) if m.group(1) else \
-                (m.group(4), m.group(5), m.group(6))
-            ranges = [tuple(int(b) for b in p.split("_")) for p in name.split("__")]
-            mask = mask_of(ranges)
-            value = 0
-            k = int(key, 16)
-            for hi, lo in reversed(ranges):
-                value |= (k & ((1 << (hi - lo + 1)) - 1)) << lo
-                k >>= hi - lo + 1
-            rows.append((mask, value, row))
-    return maps, rows
+    """The decode maps and, for every row of forms.inc, its mask, value and name."""
+    maps, rows = read_rows()
+    return maps, [(mask_of(layout(m)), value_of(k, layout(m)), name) for m, k, name in rows]
 
 
 def discover():

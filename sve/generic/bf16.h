@@ -10,6 +10,7 @@
 #include "../fp/fp_bf16.h"
 #include "../fp/fp_muladd.h"
 #include "fp_vector.h"
+#include "int8_matrix.h"
 
 namespace generic {
 
@@ -59,22 +60,15 @@ inline void bf_dot_indexed(VecV* out, const VecV* a, const VecV* b, const VecV* 
   *out = r;
 }
 
-// bfmmla: per 128-bit segment, c (2x2 singles) plus a (2x4) times the
-// transpose of b (2x4), as two dot steps of two pairs each.
+// bfmmla: c (2x2 singles) plus a (2x4) times the transpose of b (2x4), as
+// two dot steps of two pairs each.
 inline void bf_matrix_multiply_add(VecV* out, const VecV* a, const VecV* b, const VecV* c,
                                    CpuContext* ctx) {
-  VecV r;
-  const unsigned segments = element_count(ctx, 32) / 4;
-  for (unsigned s = 0; s < segments; ++s)
-    for (unsigned row = 0; row < 2; ++row)
-      for (unsigned col = 0; col < 2; ++col) {
-        const unsigned i = 4 * s + 2 * row + col;
-        uint32_t sum = element<uint32_t>(*c, i);
-        for (unsigned k = 0; k < 2; ++k)
-          sum = bf_dot_add(sum, *a, 4 * s + 2 * row + k, *b, 4 * s + 2 * col + k);
-        set_element<uint32_t>(r, i, sum);
-      }
-  *out = r;
+  each_matrix_cell(out, *c, ctx, [&](unsigned s, unsigned row, unsigned col, uint32_t sum) {
+    for (unsigned k = 0; k < 2; ++k)
+      sum = bf_dot_add(sum, *a, 4 * s + 2 * row + k, *b, 4 * s + 2 * col + k);
+    return sum;
+  });
 }
 
 // bfcvt: the bottom half of each active word, the top half cleared.

@@ -42,23 +42,31 @@ void mixed_dot_indexed(VecV* out, const VecV* a, const VecV* b, const VecV* c, u
   *out = r;
 }
 
-// smmla, ummla, usmmla: in each 128-bit segment, the 2x2 words of c plus
-// the 2x8 bytes of a times the transpose of the 2x8 bytes of b.
-template <typename A, typename B>
-void matrix_multiply_add(VecV* out, const VecV* a, const VecV* b, const VecV* c, CpuContext* ctx) {
+// The 2x2 words of each 128-bit segment of a matrix multiply-add:
+// cell(segment, row, col, accumulator) gives word 4 segment + 2 row + col.
+template <typename Cell>
+void each_matrix_cell(VecV* out, const VecV& c, CpuContext* ctx, Cell cell) {
   VecV r;
   const unsigned segments = element_count(ctx, 32) / 4;
   for (unsigned s = 0; s < segments; ++s)
     for (unsigned row = 0; row < 2; ++row)
       for (unsigned col = 0; col < 2; ++col) {
         const unsigned i = 4 * s + 2 * row + col;
-        uint32_t sum = raw<uint32_t>(*c, i);
-        for (unsigned half = 0; half < 2; ++half)
-          sum = mixed_dot_group<A, B>(*a, 16 * s + 8 * row + 4 * half, *b,
-                                      16 * s + 8 * col + 4 * half, sum);
-        set_raw<uint32_t>(r, i, sum);
+        set_raw<uint32_t>(r, i, cell(s, row, col, uint32_t(raw<uint32_t>(c, i))));
       }
   *out = r;
+}
+
+// smmla, ummla, usmmla: c plus the 2x8 bytes of a times the transpose of
+// the 2x8 bytes of b.
+template <typename A, typename B>
+void matrix_multiply_add(VecV* out, const VecV* a, const VecV* b, const VecV* c, CpuContext* ctx) {
+  each_matrix_cell(out, *c, ctx, [&](unsigned s, unsigned row, unsigned col, uint32_t sum) {
+    for (unsigned half = 0; half < 2; ++half)
+      sum = mixed_dot_group<A, B>(*a, 16 * s + 8 * row + 4 * half, *b, 16 * s + 8 * col + 4 * half,
+                                  sum);
+    return sum;
+  });
 }
 
 constexpr auto VecS32MMlaVVV = &matrix_multiply_add<int8_t, int8_t>;
