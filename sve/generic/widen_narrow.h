@@ -85,7 +85,60 @@ void high_narrow_top(VecV* out, const VecV* a, const VecV* b, const VecV* d, Cpu
   high_narrow<T, Subtract, Round, 1>(out, d, a, b, ctx);
 }
 
+// pmullb, pmullt: the carry-less product of two halves.
+inline wide carryless_mul(wide a, wide b) {
+  uint64_t r = 0;
+  for (unsigned k = 0; k < 32; ++k)
+    if (uint64_t(b) >> k & 1) r ^= uint64_t(a) << k;
+  return wide(r);
+}
+
+// sqdmullb, sqdmlalbt...: 2ab saturated, then for the accumulating forms
+// the accumulator c plus or minus it, saturated again.
+template <typename T, unsigned TopA, unsigned TopB>
+uint64_t saturated_doubled_product(const VecV& a, const VecV& b, unsigned i) {
+  return SatQ(2 * half_at<T>(a, i, TopA) * half_at<T>(b, i, TopB), esize_of<T>, false).value;
+}
+template <typename T, unsigned TopA, unsigned TopB>
+void saturating_doubling_long(VecV* out, const VecV* a, const VecV* b, CpuContext* ctx) {
+  VecV r;
+  const unsigned n = element_count(ctx, esize_of<T>);
+  for (unsigned i = 0; i < n; ++i)
+    set_raw<T>(r, i, saturated_doubled_product<T, TopA, TopB>(*a, *b, i));
+  *out = r;
+}
+template <typename T, unsigned TopA, unsigned TopB, bool Subtract>
+void saturating_doubling_long_accumulate(VecV* out, const VecV* a, const VecV* b, const VecV* c,
+                                         CpuContext* ctx) {
+  VecV r;
+  const unsigned n = element_count(ctx, esize_of<T>);
+  for (unsigned i = 0; i < n; ++i) {
+    const wide p = widen<T>(saturated_doubled_product<T, TopA, TopB>(*a, *b, i));
+    const wide acc = widen<T>(raw<T>(*c, i));
+    set_raw<T>(r, i, SatQ(Subtract ? acc - p : acc + p, esize_of<T>, false).value);
+  }
+  *out = r;
+}
+
 // clang-format off
+#define ZORVO_DOUBLING_FORMS(K, T)                                                            \
+  constexpr auto VecS##K##QDMulLBVV = &saturating_doubling_long<T, 0, 0>;                     \
+  constexpr auto VecS##K##QDMulLTVV = &saturating_doubling_long<T, 1, 1>;                     \
+  constexpr auto VecS##K##QDMlaLBVVV = &saturating_doubling_long_accumulate<T, 0, 0, false>;  \
+  constexpr auto VecS##K##QDMlaLTVVV = &saturating_doubling_long_accumulate<T, 1, 1, false>;  \
+  constexpr auto VecS##K##QDMlaLBTVVV = &saturating_doubling_long_accumulate<T, 0, 1, false>; \
+  constexpr auto VecS##K##QDMlsLBVVV = &saturating_doubling_long_accumulate<T, 0, 0, true>;   \
+  constexpr auto VecS##K##QDMlsLTVVV = &saturating_doubling_long_accumulate<T, 1, 1, true>;   \
+  constexpr auto VecS##K##QDMlsLBTVVV = &saturating_doubling_long_accumulate<T, 0, 1, true>;
+ZORVO_DOUBLING_FORMS(16, int16_t)
+ZORVO_DOUBLING_FORMS(32, int32_t)
+ZORVO_DOUBLING_FORMS(64, int64_t)
+#undef ZORVO_DOUBLING_FORMS
+constexpr auto VecU16PMulLBVV = &long_op<uint16_t, carryless_mul, 0, 0>;
+constexpr auto VecU16PMulLTVV = &long_op<uint16_t, carryless_mul, 1, 1>;
+constexpr auto VecU64PMulLBVV = &long_op<uint64_t, carryless_mul, 0, 0>;
+constexpr auto VecU64PMulLTVV = &long_op<uint64_t, carryless_mul, 1, 1>;
+
 #define ZORVO_LONG_FORMS(K, T)                                                        \
   constexpr auto Vec##K##AddLBVV = &long_op<T, wide_add, 0, 0>;                       \
   constexpr auto Vec##K##AddLTVV = &long_op<T, wide_add, 1, 1>;                       \
