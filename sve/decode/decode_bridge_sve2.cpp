@@ -4,6 +4,7 @@
 #include "../generic/int8_matrix.h"
 #include "../generic/sve2_indexed.h"
 #include "../generic/sve2_integer.h"
+#include "../generic/sve2_shift.h"
 #include "../generic/sve2_unpredicated.h"
 #include "../generic/widen_narrow.h"
 #include "bridge_shapes_fp.h"
