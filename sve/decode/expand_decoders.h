@@ -64,6 +64,9 @@
 #ifndef DECODERS_bridge_scount
 #define DECODERS_bridge_scount(...)
 #endif
+#ifndef DECODERS_bridge_sve2
+#define DECODERS_bridge_sve2(...)
+#endif
 #ifndef DECODERS_compare
 #define DECODERS_compare(...)
 #endif

@@ -33,6 +33,14 @@ expect_line "$out" "  map       decode_map__31_13, key 0x12fce"
 expect_line "$out" "  handler   sve_fdup_zi"
 expect_line "$out" "  operands  Z{2, 3, 5, 5} z2.d, fp-dup {half 0x3c00, single 0x3f800000, double 0x3ff0000000000000}"
 
+# SVE2, int8 matrix and BF16 words: saddlb z0.h, z0.b, z0.b; smmla; bfdot.
+out=$("$tool" 0x45400000 0x45009800 0x64608000)
+[ "$?" -eq 0 ] || fail "exit status for SVE2 words"
+expect_line "$out" "0x45400000: VecS16AddLBVV"
+expect_line "$out" "  handler   generic (the generic tier's VecS16AddLBVV)"
+expect_line "$out" "0x45009800: VecS32MMlaVVV"
+expect_line "$out" "0x64608000: VecF32BfDotVVV"
+
 # Without 0x, two bridge rows (the second a conversion from half), a prefetch
 # and a word that is no SVE instruction.
 out=$("$tool" 0416a020 655aa020 84200000 D503201F)

@@ -3,6 +3,7 @@
 #include "decode/bridge_shapes.h"
 #include "decode/bridge_shapes_fp.h"
 #include "decode/bridge_shapes_memory.h"
+#include "decode/bridge_shapes_sve2.h"
 #include "decode/decoders.h"
 #include "decode/shapes.h"
 
