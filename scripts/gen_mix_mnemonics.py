@@ -68,17 +68,19 @@ def read_rows():
 
 
 def disassemble(words):
+    """The disassembler's text of each word, without its comment; "" where it
+    has none."""
     with tempfile.NamedTemporaryFile(suffix=".bin") as blob:
         blob.write(b"".join(w.to_bytes(4, "little") for w in words))
         blob.flush()
         out = subprocess.run([OBJDUMP, "-D", "-b", "binary", "-m", "aarch64", blob.name],
                              capture_output=True, text=True, check=True).stdout
-    names = {}
+    texts = [""] * len(words)
     for line in out.splitlines():
-        m = re.match(r"\s*([0-9a-f]+):\s+([0-9a-f]{8})\s+(\S+)", line)
+        m = re.match(r"\s*([0-9a-f]+):\s+[0-9a-f]{8}\s+(.*)$", line)
         if m:
-            names[int(m.group(1), 16) // 4] = m.group(3)
-    return [names.get(i, "") for i in range(len(words))]
+            texts[int(m.group(1), 16) // 4] = m.group(2).split("//")[0].split(";")[0].strip()
+    return texts
 
 
 def main():
@@ -104,7 +106,8 @@ def main():
             ranges = layout(m)
             free = 0xFFFFFFFF & ~mask_of(ranges)
             words.append(value_of(k, ranges) | (rng.getrandbits(32) & free))
-        for (m, k, n), word, mnemonic in zip(todo, words, disassemble(words)):
+        for (m, k, n), word, text in zip(todo, words, disassemble(words)):
+            mnemonic = text.split(" ")[0].split("\t")[0]
             if row_for(word) == n and mnemonic and not mnemonic.startswith(".") \
                     and mnemonic != "udf":
                 seen.setdefault(n, []).append(mnemonic)

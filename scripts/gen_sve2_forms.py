@@ -33,7 +33,7 @@ import sys
 import tempfile
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from gen_mix_mnemonics import key_of, layout, mask_of, read_rows, value_of  # noqa: E402
+from gen_mix_mnemonics import disassemble, key_of, layout, mask_of, read_rows, value_of  # noqa: E402
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 OUT = os.path.join(ROOT, "sve/decode/sve2_forms.txt")
@@ -57,20 +57,6 @@ ALL = "armv9-a+sve2+sve2-aes+sve2-sha3+sve2-sm4+sve2-bitperm+bf16+i8mm+f32mm+f64
 # Bits 9:0 are not enumerated; these patterns reach forms that fix some of them.
 LOW_PATTERNS = [0x000, 0x3ff, 0x010, 0x1ef, 0x20f, 0x3e0, 0x01f, 0x155, 0x2aa]
 FLIP_SAMPLES = 6
-
-
-def disassemble(words):
-    with tempfile.NamedTemporaryFile(suffix=".bin") as blob:
-        blob.write(b"".join(w.to_bytes(4, "little") for w in words))
-        blob.flush()
-        out = subprocess.run([OBJDUMP, "-D", "-b", "binary", "-m", "aarch64", blob.name],
-                             capture_output=True, text=True, check=True).stdout
-    texts = [""] * len(words)
-    for line in out.splitlines():
-        m = re.match(r"\s*([0-9a-f]+):\s+[0-9a-f]{8}\s+(.*)$", line)
-        if m:
-            texts[int(m.group(1), 16) // 4] = m.group(2).split("//")[0].split(";")[0].strip()
-    return texts
 
 
 def signature(text):

@@ -14,6 +14,7 @@
 
 #include "app_hooks.h"
 #include "preload.h"
+#include "signal_by_sigaction.h"
 
 extern "C" {
 __attribute__((visibility("default"))) const app_hooks* zorvo_app_hooks = nullptr;
@@ -106,15 +107,8 @@ int sigaction(int sig, const struct sigaction* act, struct sigaction* old) noexc
   return real(sig, act, old);
 }
 
-// The C library's signal() does not go through sigaction's symbol.
 sighandler_t signal(int sig, sighandler_t handler) noexcept {
-  struct sigaction act, old;
-  act.sa_handler = handler;
-  act.sa_flags = SA_RESTART;
-  sigemptyset(&act.sa_mask);
-  sigaddset(&act.sa_mask, sig);
-  if (sigaction(sig, &act, &old) != 0) return SIG_ERR;
-  return old.sa_handler;
+  return signal_by_sigaction(sig, handler);
 }
 
 int sigprocmask(int how, const sigset_t* set, sigset_t* old) noexcept {

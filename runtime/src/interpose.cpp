@@ -9,6 +9,7 @@
 #include <cerrno>
 
 #include "runtime.h"
+#include "signal_by_sigaction.h"
 #include "signals.h"
 #include "thread.h"
 
@@ -66,15 +67,8 @@ int sigaction(int sig, const struct sigaction* act, struct sigaction* old) noexc
   return libc.sigaction(sig, &copy, old);
 }
 
-// The C library's signal() does not go through sigaction's symbol.
 sighandler_t signal(int sig, sighandler_t handler) noexcept {
-  struct sigaction act, old;
-  act.sa_handler = handler;
-  act.sa_flags = SA_RESTART;
-  sigemptyset(&act.sa_mask);
-  sigaddset(&act.sa_mask, sig);
-  if (sigaction(sig, &act, &old) != 0) return SIG_ERR;
-  return old.sa_handler;
+  return signal_by_sigaction(sig, handler);
 }
 
 int pthread_sigmask(int how, const sigset_t* set, sigset_t* old) noexcept {
