@@ -12,7 +12,7 @@ uint32_t page_size;
 uint32_t SVELibInitialized;
 volatile uint32_t SVEFaultRegion;
 sigjmp_buf sveFaultJB;
-thread_local uint8_t access_violation;
+ZORVO_STATIC_TLS uint8_t access_violation;
 cpu_state* (*this_thread_record)();
 bool (*application_handles_fault)(int sig);
 

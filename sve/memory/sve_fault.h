@@ -11,6 +11,7 @@
 #include <cstdint>
 
 #include "state/cpu_state.h"
+#include "state/static_tls.h"
 
 // The system page size, read as the library loads, for the first-fault
 // loads that stop at a page they cannot read.
@@ -22,7 +23,7 @@ extern uint32_t SVELibInitialized;
 extern volatile uint32_t SVEFaultRegion;
 extern sigjmp_buf sveFaultJB;
 // This thread's last probe met a fault.
-extern thread_local uint8_t access_violation;
+extern ZORVO_STATIC_TLS uint8_t access_violation;
 
 // The action flags of every handler installed here.
 constexpr int kFaultActionFlags = SA_NODEFER | SA_RESTART | SA_SIGINFO;

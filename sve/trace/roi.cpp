@@ -1,7 +1,7 @@
 #include "roi.h"
 
-thread_local uint8_t enable_trace;
-thread_local sve_mem_ref_t trace_roi;
+ZORVO_STATIC_TLS uint8_t enable_trace;
+ZORVO_STATIC_TLS sve_mem_ref_t trace_roi;
 
 void roi_check_marker(uint32_t word) {
   const uint32_t without_register = word & ~0x1fu;

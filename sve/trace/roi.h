@@ -5,15 +5,16 @@
 
 #include <cstdint>
 
+#include "../state/static_tls.h"
 #include "tracesink.h"
 
 // The gate: non-zero while this thread's memory handlers emit records.
 // Only a marker writes it; every producer reads it after its memory work.
-extern thread_local uint8_t enable_trace;
+extern ZORVO_STATIC_TLS uint8_t enable_trace;
 
 // This thread's marker record. Only a marker writes it, and only seq and
 // tid: the other fields keep the zeroes of thread start.
-extern thread_local sve_mem_ref_t trace_roi;
+extern ZORVO_STATIC_TLS sve_mem_ref_t trace_roi;
 
 // Carries out a marker: opens the gate when `start`, closes it otherwise,
 // and sends the marker record either way. Markers never look at the gate's

@@ -155,4 +155,50 @@ TEST_F(Scatter, LaterElementWinsAndEveryActiveElementHasARecord) {
   }
 }
 
+// Every element active: the common case, with the gate closed and open. The
+// destination is the offset vector itself, so each offset must be read
+// before its element is written.
+TEST_F(Gather, EveryElementActiveMayOverwriteItsOwnOffsetsTracedOrNot) {
+  constexpr uint32_t kLd1wSxtwIntoOffsets = 0x85454885; // Zt = Zm = 5
+  const uint64_t base = address_of(m.page + 1024);
+  const auto offset = [](unsigned i) { return static_cast<int32_t>(4 * (11 - i)) - 40; };
+  s.regs[kXn] = base;
+  activate(4, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11});
+  for (bool trace_on : {false, true}) {
+    for (unsigned i = 0; i < 12; ++i) set<int32_t>(kZm, i, offset(i));
+    const std::vector<sve_mem_ref_t> r =
+        trace_on ? traced(kLd1wSxtwIntoOffsets) : std::vector<sve_mem_ref_t>{};
+    if (!trace_on) {
+      ASSERT_EQ(run_word(&s, kLd1wSxtwIntoOffsets), AARCH64_DECODE_OK);
+    }
+    for (unsigned i = 0; i < 12; ++i)
+      EXPECT_EQ(elem(s.z[kZm], 4, i), at<uint32_t>(base + offset(i))) << i << trace_on;
+    ASSERT_EQ(r.size(), trace_on ? 12u : 0u);
+    for (unsigned i = 0; i < r.size(); ++i) {
+      EXPECT_EQ(r[i].addr, base + offset(i));
+      EXPECT_EQ(r[i].flags, i == 0 ? 3u : i == 11 ? 6u : 2u);
+    }
+  }
+}
+
+TEST_F(Scatter, EveryElementActiveStoresInElementOrderTracedOrNot) {
+  const uint64_t base = address_of(m.page + 512);
+  s.regs[kXn] = base;
+  activate(8, {0, 1, 2, 3, 4, 5});
+  for (bool trace_on : {false, true}) {
+    for (unsigned i = 0; i < 6; ++i) {
+      set<uint64_t>(kZt, i, 0x0101010101010101ull * (i + 1 + 6 * trace_on));
+      set<uint64_t>(kZm, i, i == 5 ? 16 : 8 * i); // elements 2 and 5 share an address
+    }
+    const std::vector<sve_mem_ref_t> r = trace_on ? traced(kSt1d) : std::vector<sve_mem_ref_t>{};
+    if (!trace_on) {
+      ASSERT_EQ(run_word(&s, kSt1d), AARCH64_DECODE_OK);
+    }
+    for (unsigned i = 0; i < 5; ++i)
+      EXPECT_EQ(at<uint64_t>(base + 8 * i), elem(s.z[kZt], 8, i == 2 ? 5 : i)) << i << trace_on;
+    ASSERT_EQ(r.size(), trace_on ? 6u : 0u);
+    for (unsigned i = 0; i < r.size(); ++i) EXPECT_EQ(r[i].addr, base + (i == 5 ? 16 : 8 * i));
+  }
+}
+
 } // namespace
