@@ -14,6 +14,7 @@
 
 #include "block.h"
 #include "branch_entry.h"
+#include "code_retire.h"
 #include "code_words.h"
 #include "fragments.h"
 #include "sites.h"
@@ -266,6 +267,43 @@ TEST_F(SitesTest, ASiteOnAPageThatIsNotPrivateCodeStaysAsItIs) {
     // always list a page that the program mapped itself.
     EXPECT_EQ(kernel_can_write(page), writable);
   }
+}
+
+// Libraries closed and others opened at their address, many times over: each
+// new code is patched again and runs its own fragment, in the room and
+// through the stub its predecessor had, so nothing grows.
+TEST_F(SitesTest, RetiredCodeGivesItsSiteStubAndRoomToCodeMappedAnew) {
+  const uint32_t kSveAddVectors = 0x04a10000; // add z0.s, z0.s, z1.s
+  app_code first;
+  fragment* f = build_fragment(t, first.page);
+  ASSERT_TRUE(link_site(t, first.page, f->code));
+  byte* const stub = branch_target(first.page);
+  byte* const room = f->code;
+  for (int round = 1; round <= 100; ++round) {
+    retire_code(first.page, first.page + 4096);
+    apply_code_retirements(t);
+    EXPECT_EQ(find_fragment(t, first.page), nullptr);
+    x9_step = round % 2 ? 2 : 1;
+    app_code anew(round % 2 ? kSveAddVectors : kSveAdd, first.page);
+    fragment* g = build_fragment(t, anew.page);
+    ASSERT_EQ(g->code, room) << round;
+    ASSERT_TRUE(link_site(t, anew.page, g->code)) << round;
+    ASSERT_EQ(branch_target(anew.page), stub) << round;
+    uint64_t sp_before;
+    ASSERT_EQ(run(anew.page, &sp_before).x9, 5u + 2 * x9_step) << round;
+  }
+  x9_step = 1;
+}
+
+// Retiring code elsewhere leaves a thread's fragments and entries alone.
+TEST_F(SitesTest, RetiringOtherCodeKeepsTheFragment) {
+  app_code app, other;
+  ASSERT_TRUE(link_site(t, app.page, build_fragment(t, app.page)->code));
+  retire_code(other.page, other.page + 4096);
+  apply_code_retirements(t);
+  ASSERT_NE(find_fragment(t, app.page), nullptr);
+  uint64_t sp_before;
+  EXPECT_EQ(run(app.page, &sp_before).x9, 7u);
 }
 
 } // namespace
