@@ -159,6 +159,16 @@ int munmap(void* start, size_t length) noexcept {
   return rc;
 }
 
+// Code made writable, or no longer executable, may be rewritten before it
+// runs again (a program that generates code flips its pages so). Its
+// translations go first, while its pages are as they were.
+int mprotect(void* start, size_t length, int protection) noexcept {
+  static const auto real = next_definition<decltype(&mprotect)>("mprotect");
+  if (zorvo_app_hooks && (protection & (PROT_WRITE | PROT_EXEC)) != PROT_EXEC)
+    zorvo_app_hooks->code_protection_changing(start, length);
+  return real(start, length, protection);
+}
+
 int prctl(int option, ...) noexcept {
   va_list ap;
   va_start(ap, option);

@@ -31,6 +31,10 @@ struct app_hooks {
   // The application unmapped [start, start + length): translations of code
   // there are retired.
   void (*code_unmapped)(void* start, size_t length);
+  // The application is about to change the protection of [start, start +
+  // length): translations of code there are retired, since what runs there
+  // next may be written meanwhile.
+  void (*code_protection_changing)(void* start, size_t length);
   int vector_bytes;
   // PR_SVE_VL_INHERIT was set in the thread that exec'd this program.
   bool vector_length_inherited;

@@ -83,11 +83,11 @@ void note_translated(app_pc tag) {
   }
 }
 
-void retire_code(app_pc start, app_pc end) {
+void retire_code(app_pc start, app_pc end, bool still_mapped) {
   const auto s = reinterpret_cast<uintptr_t>(start), e = reinterpret_cast<uintptr_t>(end);
   if (s > highest_translated.load() || e <= lowest_translated.load()) return;
   locked held;
-  retire_sites_in(start, end, clear_entries);
+  retire_sites_in(start, end, still_mapped, clear_entries);
   const uint64_t n = retirement_count.load(std::memory_order_relaxed);
   retired[n % kKeptRetirements] = {start, end};
   retirement_count.store(n + 1, std::memory_order_release);

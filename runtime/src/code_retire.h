@@ -12,7 +12,8 @@ void unregister_thread(rt_thread* t);
 // A fragment was built for a block at tag: retirements of ranges that hold
 // no such block cost nothing.
 void note_translated(app_pc tag);
-// The code in [start, end) is gone.
-void retire_code(app_pc start, app_pc end);
+// The code in [start, end) is gone, or, still_mapped, may change before it
+// runs again (its protection is changing).
+void retire_code(app_pc start, app_pc end, bool still_mapped = false);
 // Retires the calling thread's fragments of code gone since it last asked.
 void apply_code_retirements(rt_thread* t);

@@ -288,6 +288,9 @@ __attribute__((constructor)) void runtime_start() {
   hooks.code_unmapped = [](void* start, size_t length) {
     retire_code(static_cast<app_pc>(start), static_cast<app_pc>(start) + length);
   };
+  hooks.code_protection_changing = [](void* start, size_t length) {
+    retire_code(static_cast<app_pc>(start), static_cast<app_pc>(start) + length, true);
+  };
   hooks.vector_bytes = launch.vector_bytes;
   hooks.vector_length_inherited = launch.vector_length_inherited;
   hooks.relaunch = launch.relaunch;

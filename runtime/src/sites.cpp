@@ -215,13 +215,32 @@ void release_site_entries(rt_thread* t) {
   t->block.site_entries = nullptr;
 }
 
-void retire_sites_in(app_pc start, app_pc end, void (*clear_entries)(uint32_t number)) {
+namespace {
+
+// A site whose code stays mapped gets its own word back in place of the
+// branch, so that it runs, and reads, as the application wrote it.
+void restore_word(const site_slot* slot, app_pc site) {
+  uint32_t in_memory;
+  if (slot->stub == nullptr || patched_site(site, &in_memory) != slot) return;
+  const int protection = open_code_page(site);
+  if (protection < 0) return;
+  uint32_t word;
+  std::memcpy(&word, slot->stub + kStubTrapOffset, 4);
+  store_code_word(site, word);
+  close_code_page(site, protection);
+}
+
+} // namespace
+
+void retire_sites_in(app_pc start, app_pc end, bool still_mapped,
+                     void (*clear_entries)(uint32_t number)) {
   while (patch_lock.test_and_set(std::memory_order_acquire)) sched_yield();
   for (uint32_t n = 0; n < site_count; ++n) {
     site_slot* slot = site_by_number[n];
     if (slot == nullptr) continue;
     const app_pc site = slot->site.load(std::memory_order_relaxed);
     if (site < start || site >= end) continue;
+    if (still_mapped) restore_word(slot, site);
     slot->site.store(kGone, std::memory_order_release);
     site_by_number[n] = nullptr;
     clear_entries(n);
