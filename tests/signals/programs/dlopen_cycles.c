@@ -5,39 +5,12 @@
 #include <dlfcn.h>
 #include <stdio.h>
 #include <string.h>
-#include <sys/mman.h>
-#include <unistd.h>
+
+#include "resident_memory.h"
 
 typedef void kernel_fn(float*, const float*, const float*);
 
 enum { kCycles = 10000, kWarmUp = 500 };
-/* Translations of ten thousand closed libraries kept alive would take
- * several MiB; what the process settles at may move by a few pages. */
-static const long kFlatKiB = 1024;
-
-/* The process's resident pages, mapping by mapping. (VmRSS in
- * /proc/self/status counts the same on a machine that runs the program
- * itself; under an emulator it counts the emulator's own translations too.) */
-static long resident_kib(void) {
-  static unsigned char in_core[1 << 16];
-  const unsigned long page = (unsigned long)sysconf(_SC_PAGESIZE);
-  FILE* f = fopen("/proc/self/maps", "r");
-  char line[512];
-  long pages = 0;
-  while (f && fgets(line, sizeof line, f)) {
-    unsigned long start, end;
-    if (sscanf(line, "%lx-%lx", &start, &end) != 2) continue;
-    for (unsigned long at = start; at < end;) {
-      unsigned long n = (end - at) / page;
-      if (n > sizeof in_core) n = sizeof in_core;
-      if (mincore((void*)at, n * page, in_core) != 0) break;
-      for (unsigned long i = 0; i < n; ++i) pages += in_core[i] & 1;
-      at += n * page;
-    }
-  }
-  if (f) fclose(f);
-  return pages * (long)(page / 1024);
-}
 
 int main(int argc, char** argv) {
   if (argc < 3) return 2;
@@ -58,11 +31,7 @@ int main(int argc, char** argv) {
     dlclose(lib);
     if (cycle + 1 == kWarmUp) settled = resident_kib();
   }
-  const long growth = resident_kib() - settled;
   printf("%d cycles, %ld ran the wrong library's code\n", kCycles, wrong);
-  if (growth < kFlatKiB)
-    printf("resident memory flat\n");
-  else
-    printf("resident memory grew by %ld KiB\n", growth);
+  print_growth_since(settled);
   return wrong != 0;
 }

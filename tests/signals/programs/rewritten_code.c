@@ -6,12 +6,12 @@
 #include <stdio.h>
 #include <string.h>
 #include <sys/mman.h>
-#include <unistd.h>
+
+#include "resident_memory.h"
 
 typedef void kernel_fn(float*, const float*, const float*);
 
 enum { kRounds = 2000, kWarmUp = 200, kOpWord = 4 };
-static const long kFlatKiB = 1024;
 static const unsigned kFmla = 0x65a20020, kFmls = 0x65a22020;
 static const unsigned kRoutine[] = {
     0x2598e3e0, /* ptrue p0.s */
@@ -22,28 +22,6 @@ static const unsigned kRoutine[] = {
     0xe540e000, /* st1w {z0.s}, p0, [x0] */
     0xd65f03c0, /* ret */
 };
-
-/* The process's resident pages, as in dlopen_cycles.c. */
-static long resident_kib(void) {
-  static unsigned char in_core[1 << 16];
-  const unsigned long page = (unsigned long)sysconf(_SC_PAGESIZE);
-  FILE* f = fopen("/proc/self/maps", "r");
-  char line[512];
-  long pages = 0;
-  while (f && fgets(line, sizeof line, f)) {
-    unsigned long start, end;
-    if (sscanf(line, "%lx-%lx", &start, &end) != 2) continue;
-    for (unsigned long at = start; at < end;) {
-      unsigned long n = (end - at) / page;
-      if (n > sizeof in_core) n = sizeof in_core;
-      if (mincore((void*)at, n * page, in_core) != 0) break;
-      for (unsigned long i = 0; i < n; ++i) pages += in_core[i] & 1;
-      at += n * page;
-    }
-  }
-  if (f) fclose(f);
-  return pages * (long)(page / 1024);
-}
 
 static void set_op(unsigned* code, unsigned op) {
   mprotect(code, 4096, PROT_READ | PROT_WRITE);
@@ -76,11 +54,7 @@ int main(void) {
     munmap(code, 4096);
     if (round + 1 == kWarmUp) settled = resident_kib();
   }
-  const long growth = resident_kib() - settled;
   printf("%d rounds, %ld runs of code no longer there\n", kRounds, wrong);
-  if (growth < kFlatKiB)
-    printf("resident memory flat\n");
-  else
-    printf("resident memory grew by %ld KiB\n", growth);
+  print_growth_since(settled);
   return wrong != 0;
 }
