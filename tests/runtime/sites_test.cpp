@@ -6,6 +6,7 @@
 #include <sys/mman.h>
 #include <ucontext.h>
 
+#include <atomic>
 #include <cstring>
 #include <fstream>
 #include <sstream>
@@ -293,6 +294,37 @@ TEST_F(SitesTest, RetiredCodeGivesItsSiteStubAndRoomToCodeMappedAnew) {
     ASSERT_EQ(run(anew.page, &sp_before).x9, 5u + 2 * x9_step) << round;
   }
   x9_step = 1;
+}
+
+// Another thread's entry for a retired site is cleared at once, before that
+// thread enters the runtime again: a branch that still reaches the stub
+// traps instead of running the fragment of code that is gone.
+TEST_F(SitesTest, RetiringCodeClearsEveryThreadsEntryForItsSites) {
+  app_code app;
+  struct sigaction action = {}, old;
+  action.sa_sigaction = on_trap;
+  action.sa_flags = SA_SIGINFO;
+  sigaction(SIGILL, &action, &old);
+  std::atomic<int> step{0};
+  uint64_t x9_linked = 0, x9_retired = 0, sp_before;
+  trapped = {};
+  std::thread other([&] {
+    rt_thread* mine = attach_thread();
+    ASSERT_TRUE(link_site(mine, app.page, build_fragment(mine, app.page)->code));
+    x9_linked = run(app.page, &sp_before).x9;
+    step = 1;
+    while (step != 2) sched_yield();
+    x9_retired = run(app.page, &sp_before).x9;
+    detach_thread(mine);
+  });
+  while (step != 1) sched_yield();
+  retire_code(app.page, app.page + 4096);
+  step = 2;
+  other.join();
+  sigaction(SIGILL, &old, nullptr);
+  EXPECT_EQ(x9_linked, 7u);
+  EXPECT_EQ(x9_retired, 5u);
+  EXPECT_EQ(trapped.site, app.page);
 }
 
 // Retiring code elsewhere leaves a thread's fragments and entries alone.
