@@ -6,6 +6,7 @@
 #include <dlfcn.h>
 #include <pthread.h>
 #include <signal.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 
 #include <cerrno>
@@ -147,6 +148,26 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attr, void* (*routin
 }
 
 [[noreturn]] void _Exit(int status) noexcept { _exit(status); }
+
+// Translations of code there must not outlive it. (The dynamic loader's own
+// unmapping at dlclose does not come here; the runtime hears of it as an
+// object closing.)
+int munmap(void* start, size_t length) noexcept {
+  static const auto real = next_definition<decltype(&munmap)>("munmap");
+  const int rc = real(start, length);
+  if (rc == 0 && zorvo_app_hooks) zorvo_app_hooks->code_unmapped(start, length);
+  return rc;
+}
+
+// Code made writable, or no longer executable, may be rewritten before it
+// runs again (a program that generates code flips its pages so). Its
+// translations go first, while its pages are as they were.
+int mprotect(void* start, size_t length, int protection) noexcept {
+  static const auto real = next_definition<decltype(&mprotect)>("mprotect");
+  if (zorvo_app_hooks && (protection & (PROT_WRITE | PROT_EXEC)) != PROT_EXEC)
+    zorvo_app_hooks->code_protection_changing(start, length);
+  return real(start, length, protection);
+}
 
 int prctl(int option, ...) noexcept {
   va_list ap;

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <signal.h>
+#include <stddef.h>
 
 struct app_hooks {
   int (*sigaction)(int, const struct sigaction*, struct sigaction*);
@@ -27,6 +28,13 @@ struct app_hooks {
   void (*fork_prepare)();
   void (*fork_parent)();
   void (*fork_child)();
+  // The application unmapped [start, start + length): translations of code
+  // there are retired.
+  void (*code_unmapped)(void* start, size_t length);
+  // The application is about to change the protection of [start, start +
+  // length): translations of code there are retired, since what runs there
+  // next may be written meanwhile.
+  void (*code_protection_changing)(void* start, size_t length);
   int vector_bytes;
   // PR_SVE_VL_INHERIT was set in the thread that exec'd this program.
   bool vector_length_inherited;

@@ -4,16 +4,21 @@
 // So the runtime's constructor (init.cpp) and the client's have run, and the
 // client has had its entry call, before the first ifunc resolver, library
 // constructor or preinit function of the application runs. Of the audit
-// interface the runtime uses only the three calls below.
+// interface the runtime uses only the four calls below.
 #include <limits.h>
 #include <link.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include "app_hooks.h"
+
+#include "code_retire.h"
+#include "runtime.h"
 
 const app_hooks* runtime_app_hooks();
 void start_runtime();
@@ -132,6 +137,23 @@ bool is_interposer(const char* name) {
   return std::strcmp(slash ? slash + 1 : name, "libzorvo_preload.so") == 0;
 }
 
+// The span of an object's executable segments, by its program headers,
+// which a shared object maps with its first segment at its load address.
+bool executable_span(const link_map* map, app_pc* start, app_pc* end) {
+  const auto* header = reinterpret_cast<const ElfW(Ehdr)*>(map->l_addr);
+  if (header == nullptr || std::memcmp(header->e_ident, ELFMAG, SELFMAG) != 0) return false;
+  const auto* phdr = reinterpret_cast<const ElfW(Phdr)*>(map->l_addr + header->e_phoff);
+  uintptr_t low = UINTPTR_MAX, high = 0;
+  for (int i = 0; i < header->e_phnum; ++i)
+    if (phdr[i].p_type == PT_LOAD && (phdr[i].p_flags & PF_X)) {
+      low = std::min<uintptr_t>(low, map->l_addr + phdr[i].p_vaddr);
+      high = std::max<uintptr_t>(high, map->l_addr + phdr[i].p_vaddr + phdr[i].p_memsz);
+    }
+  *start = reinterpret_cast<app_pc>(low);
+  *end = reinterpret_cast<app_pc>(high);
+  return low < high;
+}
+
 } // namespace
 
 extern "C" {
@@ -147,6 +169,17 @@ unsigned la_objopen(struct link_map* map, Lmid_t, uintptr_t* cookie) {
     auto* slot = static_cast<const app_hooks**>(find_symbol(map, ZORVO_APP_HOOKS_SYMBOL));
     if (slot != nullptr) *slot = runtime_app_hooks();
   }
+  return 0;
+}
+
+// Called before the object is unmapped; its code runs no more (its
+// destructors have run).
+unsigned la_objclose(uintptr_t* cookie) {
+  app_pc start, end;
+  // At exit every object closes while other threads may still run its code.
+  if (runtime_shut_down) return 0;
+  if (executable_span(reinterpret_cast<const link_map*>(*cookie), &start, &end))
+    retire_code(start, end);
   return 0;
 }
 

@@ -3,14 +3,23 @@
 #include <sys/mman.h>
 
 #include <cstdint>
+#include <cstring>
 
 #include "block.h"
+#include "branch_entry.h"
+#include "code_retire.h"
 #include "sites.h"
 
 struct code_chunk {
   code_chunk* next;
   size_t size;
   size_t used; // from the chunk's start, this header included
+};
+
+// A room of a retired fragment, kept in the room itself until reused.
+struct free_room {
+  free_room* next;
+  size_t size;
 };
 
 namespace {
@@ -20,16 +29,25 @@ constexpr size_t kChunkSize = 1 << 20;
 // A direct branch reaches 128 MiB either way; chunks are kept well inside.
 constexpr ptrdiff_t kBranchReach = (ptrdiff_t(1) << 27) - (ptrdiff_t(4) << 20);
 
-// Marks a retired slot: lookups pass over it, insertion never reuses it.
+// Marks a retired slot: lookups pass over it, insertion never reuses it
+// (the next rehash drops it).
 const app_pc kRetired = reinterpret_cast<app_pc>(uintptr_t{1});
+// Every reservation starts with its size, so that a retired fragment's room
+// can be found from its code and handed out again.
+constexpr size_t kRoomHeader = 16;
 
 uint32_t slot_of(app_pc tag, uint32_t capacity) {
   const uint64_t h = (reinterpret_cast<uintptr_t>(tag) >> 2) * 0x9e3779b97f4a7c15ull;
   return static_cast<uint32_t>(h >> 32) & (capacity - 1);
 }
 
+// Rehashes into capacity slots: twice as many when most slots hold live
+// fragments, as many when retired ones fill them.
 bool grow(fragment_table* table) {
-  const uint32_t capacity = table->capacity ? table->capacity * 2 : kInitialSlots;
+  const uint32_t live = table->count - table->retired;
+  const uint32_t capacity = table->capacity == 0               ? kInitialSlots
+                            : (live + 1) * 4 > table->capacity ? table->capacity * 2
+                                                               : table->capacity;
   auto* slots = static_cast<fragment*>(map_pages(capacity * sizeof(fragment)));
   if (slots == nullptr) return false;
   for (uint32_t i = 0; i < table->capacity; ++i) {
@@ -42,6 +60,8 @@ bool grow(fragment_table* table) {
   unmap_pages(table->slots, table->capacity * sizeof(fragment));
   table->slots = slots;
   table->capacity = capacity;
+  table->count = live;
+  table->retired = 0;
   return true;
 }
 
@@ -90,6 +110,7 @@ fragment* add_fragment(rt_thread* t, app_pc tag, byte* code) {
   while (table.slots[s].tag) s = (s + 1) & (table.capacity - 1);
   table.slots[s] = {tag, code, 0};
   ++table.count;
+  note_translated(tag);
   return &table.slots[s];
 }
 
@@ -100,16 +121,60 @@ uint64_t code_fingerprint(app_pc tag) {
   return h;
 }
 
-void retire_fragment(fragment* f) { f->tag = kRetired; }
+void retire_fragment(rt_thread* t, fragment* f) {
+  unlink_site(t, f->tag);
+  if (f->code != nullptr) {
+    byte* room = f->code - kBranchEntryLength - kRoomHeader;
+    size_t size;
+    std::memcpy(&size, room, sizeof size);
+    auto* freed = reinterpret_cast<free_room*>(room);
+    freed->size = size;
+    freed->next = t->free_rooms;
+    t->free_rooms = freed;
+  }
+  f->tag = kRetired;
+  f->code = nullptr;
+  ++t->fragments.retired;
+}
+
+void retire_fragments_in(rt_thread* t, app_pc start, app_pc end) {
+  fragment_table& table = t->fragments;
+  for (uint32_t s = 0; s < table.capacity; ++s) {
+    fragment& f = table.slots[s];
+    if (f.tag != nullptr && f.tag != kRetired && f.tag >= start && f.tag < end)
+      retire_fragment(t, &f);
+  }
+}
 
 void release_fragments(rt_thread* t) {
   unmap_pages(t->fragments.slots, t->fragments.capacity * sizeof(fragment));
   t->fragments = fragment_table{};
 }
 
-byte* reserve_code(rt_thread* t, size_t size, app_pc target, bool* near) {
-  size = (size + 15) & ~size_t(15);
+namespace {
+
+// A retired fragment's room of at least size bytes within reach of target,
+// split when much larger; null when there is none.
+byte* reuse_room(rt_thread* t, size_t size, app_pc target) {
+  for (free_room** link = &t->free_rooms; *link; link = &(*link)->next) {
+    free_room* r = *link;
+    byte* start = reinterpret_cast<byte*>(r);
+    if (r->size < size || !within_branch_reach(start, r->size, target)) continue;
+    *link = r->next;
+    if (r->size - size >= 128) {
+      auto* rest = reinterpret_cast<free_room*>(start + size);
+      rest->size = r->size - size;
+      rest->next = t->free_rooms;
+      t->free_rooms = rest;
+    }
+    return start;
+  }
+  return nullptr;
+}
+
+byte* reserve_room(rt_thread* t, size_t size, app_pc target, bool* near) {
   *near = true;
+  if (byte* reused = reuse_room(t, size, target)) return reused;
   for (code_chunk* c = t->chunks; c; c = c->next)
     if (c->size - c->used >= size &&
         within_branch_reach(reinterpret_cast<byte*>(c), c->size, target))
@@ -131,6 +196,16 @@ byte* reserve_code(rt_thread* t, size_t size, app_pc target, bool* near) {
   return take(c, size);
 }
 
+} // namespace
+
+byte* reserve_code(rt_thread* t, size_t size, app_pc target, bool* near) {
+  size = (size + kRoomHeader + 15) & ~size_t(15);
+  byte* room = reserve_room(t, size, target, near);
+  if (room == nullptr) return nullptr;
+  std::memcpy(room, &size, sizeof size);
+  return room + kRoomHeader;
+}
+
 bool in_code_cache(rt_thread* t, app_pc pc) {
   for (code_chunk* c = t->chunks; c; c = c->next) {
     const byte* start = reinterpret_cast<byte*>(c);
@@ -140,6 +215,7 @@ bool in_code_cache(rt_thread* t, app_pc pc) {
 }
 
 void release_code_cache(rt_thread* t) {
+  t->free_rooms = nullptr;
   for (code_chunk* c = t->chunks; c;) {
     code_chunk* next = c->next;
     unmap_pages(c, c->size);

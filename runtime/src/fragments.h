@@ -11,8 +11,12 @@ void release_fragments(rt_thread* t);
 // What the block at tag holds now, to compare with a fragment's fingerprint.
 uint64_t code_fingerprint(app_pc tag);
 // The fragment no longer stands for the code at its address: it is never
-// found again (its code stays in the cache until the thread ends).
-void retire_fragment(fragment* f);
+// found again, and its room in the cache serves a later fragment. Only the
+// thread itself retires its fragments, from its signal handler, where it
+// runs none of them.
+void retire_fragment(rt_thread* t, fragment* f);
+// Retires the thread's fragments of blocks that start in [start, end).
+void retire_fragments_in(rt_thread* t, app_pc start, app_pc end);
 
 // Room for size bytes of code whose last word branches to target. *reaches
 // says whether that branch can be direct; when no memory near target is

@@ -15,6 +15,7 @@
 #include <cstring>
 
 #include "app_hooks.h"
+#include "code_retire.h"
 #include "runtime.h"
 #include "signals.h"
 #include "sites.h"
@@ -284,6 +285,12 @@ __attribute__((constructor)) void runtime_start() {
   hooks.fork_prepare = run_fork_prepare;
   hooks.fork_parent = run_fork_parent;
   hooks.fork_child = fork_child;
+  hooks.code_unmapped = [](void* start, size_t length) {
+    retire_code(static_cast<app_pc>(start), static_cast<app_pc>(start) + length);
+  };
+  hooks.code_protection_changing = [](void* start, size_t length) {
+    retire_code(static_cast<app_pc>(start), static_cast<app_pc>(start) + length, true);
+  };
   hooks.vector_bytes = launch.vector_bytes;
   hooks.vector_length_inherited = launch.vector_length_inherited;
   hooks.relaunch = launch.relaunch;

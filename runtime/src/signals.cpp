@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "block.h"
+#include "code_retire.h"
 #include "emit.h"
 #include "fragments.h"
 #include "runtime.h"
@@ -57,10 +58,11 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
     uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(site);
   }
   if (!is_sve_word(application_word(pc))) return false;
+  if (t != nullptr) apply_code_retirements(t);
   fragment* f = t != nullptr ? find_fragment(t, pc) : nullptr;
   // Code unmapped and mapped anew, or rewritten, at the same address.
   if (f != nullptr && f->fingerprint != code_fingerprint(pc)) {
-    retire_fragment(f);
+    retire_fragment(t, f);
     f = nullptr;
   }
   if (runtime_shut_down && f == nullptr) {

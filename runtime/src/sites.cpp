@@ -32,9 +32,20 @@ struct stub_chunk {
   size_t used;
 };
 
-// Readers take no lock: the site table and the chunk list only grow, and
-// every entry is complete before it is published.
+// Readers take no lock: entries are complete before they are published, and
+// a retired entry keeps its place in the probe chains as a tombstone.
 std::atomic<site_slot*> site_table;
+const app_pc kGone = reinterpret_cast<app_pc>(uintptr_t{1});
+// Every site by number (null: the number is free). A retired site's number
+// and stub serve a later site, which spares both the stub area and the
+// threads' entry tables.
+site_slot* site_by_number[kMaxSites];
+struct free_number {
+  uint32_t number;
+  byte* stub;
+};
+free_number free_numbers[kMaxSites];
+uint32_t free_number_count;
 stub_chunk stub_chunks[kMaxStubChunks];
 std::atomic<int> stub_chunk_count;
 // Patching is serialised; it happens once per site.
@@ -59,7 +70,10 @@ const site_slot* find_site(app_pc pc) {
 const site_slot* publish_site(site_slot* table, app_pc site, byte* stub, uint32_t number,
                               uint32_t branch) {
   uint32_t s = slot_of(site);
-  while (table[s].site.load(std::memory_order_relaxed) != nullptr) s = (s + 1) & (kSiteSlots - 1);
+  for (app_pc there;
+       (there = table[s].site.load(std::memory_order_relaxed)) != nullptr && there != kGone;)
+    s = (s + 1) & (kSiteSlots - 1);
+  site_by_number[number] = &table[s];
   table[s].stub = stub;
   table[s].number = number;
   table[s].branch = branch;
@@ -86,12 +100,34 @@ byte* reserve_stub(app_pc site) {
   return start;
 }
 
+// A retired site's number, with its stub when that is within reach of site;
+// false when none is free.
+bool reuse_number(app_pc site, uint32_t* number, byte** stub) {
+  if (free_number_count == 0) return false;
+  uint32_t pick = free_number_count - 1;
+  for (uint32_t i = free_number_count; i-- > 0 && free_number_count - i <= 64;)
+    if (free_numbers[i].stub != nullptr &&
+        within_branch_reach(free_numbers[i].stub, kStubSize, site)) {
+      pick = i;
+      break;
+    }
+  *number = free_numbers[pick].number;
+  *stub = free_numbers[pick].stub != nullptr &&
+                  within_branch_reach(free_numbers[pick].stub, kStubSize, site)
+              ? free_numbers[pick].stub
+              : nullptr;
+  free_numbers[pick] = free_numbers[--free_number_count];
+  return true;
+}
+
 // The stub is written and the site published before the branch goes in, so
 // that a thread that meets the branch finds both.
 const site_slot* patch_site(rt_thread* t, site_slot* table, app_pc site) {
-  const uint32_t number = site_count++;
+  uint32_t number;
+  byte* reused = nullptr;
+  if (!reuse_number(site, &number, &reused)) number = site_count++;
   const int protection = open_code_page(site);
-  byte* stub = protection >= 0 ? reserve_stub(site) : nullptr;
+  byte* stub = protection < 0 ? nullptr : reused != nullptr ? reused : reserve_stub(site);
   uint32_t branch = 0;
   if (stub != nullptr &&
       write_site_stub(t, stub, site, application_word(site), number, current_thread_tls_offset()))
@@ -114,7 +150,7 @@ const site_slot* find_or_patch_site(rt_thread* t, app_pc site) {
     table = static_cast<site_slot*>(map_pages(kSiteSlots * sizeof(site_slot)));
     site_table.store(table, std::memory_order_release);
   }
-  if (slot == nullptr && table != nullptr && site_count < kMaxSites)
+  if (slot == nullptr && table != nullptr && (site_count < kMaxSites || free_number_count > 0))
     slot = patch_site(t, table, site);
   patch_lock.clear(std::memory_order_release);
   return slot;
@@ -168,9 +204,49 @@ bool link_site(rt_thread* t, app_pc site, byte* code) {
   return true;
 }
 
+void unlink_site(rt_thread* t, app_pc site) {
+  const site_slot* slot = find_site(site);
+  if (slot != nullptr && t->block.site_entries != nullptr)
+    __atomic_store_n(&t->block.site_entries[slot->number], nullptr, __ATOMIC_RELEASE);
+}
+
 void release_site_entries(rt_thread* t) {
   unmap_pages(t->block.site_entries, kMaxSites * sizeof(byte*));
   t->block.site_entries = nullptr;
+}
+
+namespace {
+
+// A site whose code stays mapped gets its own word back in place of the
+// branch, so that it runs, and reads, as the application wrote it.
+void restore_word(const site_slot* slot, app_pc site) {
+  uint32_t in_memory;
+  if (slot->stub == nullptr || patched_site(site, &in_memory) != slot) return;
+  const int protection = open_code_page(site);
+  if (protection < 0) return;
+  uint32_t word;
+  std::memcpy(&word, slot->stub + kStubTrapOffset, 4);
+  store_code_word(site, word);
+  close_code_page(site, protection);
+}
+
+} // namespace
+
+void retire_sites_in(app_pc start, app_pc end, bool still_mapped,
+                     void (*clear_entries)(uint32_t number)) {
+  while (patch_lock.test_and_set(std::memory_order_acquire)) sched_yield();
+  for (uint32_t n = 0; n < site_count; ++n) {
+    site_slot* slot = site_by_number[n];
+    if (slot == nullptr) continue;
+    const app_pc site = slot->site.load(std::memory_order_relaxed);
+    if (site < start || site >= end) continue;
+    if (still_mapped) restore_word(slot, site);
+    slot->site.store(kGone, std::memory_order_release);
+    site_by_number[n] = nullptr;
+    clear_entries(n);
+    free_numbers[free_number_count++] = {n, slot->stub};
+  }
+  patch_lock.clear(std::memory_order_release);
 }
 
 void site_patching_init() { pthread_atfork(nullptr, nullptr, unlock_in_child); }

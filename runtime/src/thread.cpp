@@ -7,6 +7,7 @@
 
 #include <atomic>
 
+#include "code_retire.h"
 #include "fragments.h"
 #include "runtime.h"
 #include "sites.h"
@@ -51,6 +52,7 @@ rt_thread* attach_thread() {
   t->tid = static_cast<pid_t>(syscall(SYS_gettid));
   t->block.runtime_tp = reinterpret_cast<reg_t>(__builtin_thread_pointer());
   current = t;
+  register_thread(t);
   run_thread_init_events(t);
   return t;
 }
@@ -59,6 +61,7 @@ void detach_thread(rt_thread* t) {
   run_thread_exit_events(t);
   if (current == t) current = nullptr;
   counters.fragment_entries += t->block.branch_entries;
+  unregister_thread(t);
   release_site_entries(t);
   release_fragments(t);
   release_code_cache(t);

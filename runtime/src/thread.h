@@ -52,10 +52,12 @@ struct fragment {
 struct fragment_table {
   fragment* slots;
   uint32_t capacity; // a power of two
-  uint32_t count;
+  uint32_t count;    // used slots, retired ones included
+  uint32_t retired;
 };
 
 struct code_chunk;
+struct free_room;
 
 constexpr int kMaxTlsFields = 64;
 
@@ -65,6 +67,11 @@ struct rt_thread {
   arena build_arena; // the instructions of the block being built
   fragment_table fragments;
   code_chunk* chunks;
+  free_room* free_rooms; // of retired fragments, for new ones
+  // How many of the process's code retirements the thread has applied to
+  // its fragments.
+  uint64_t retirements_seen;
+  rt_thread* next_thread; // all threads, for the site entries of closed code
   byte* stack;
   size_t stack_size;
   pid_t tid;

@@ -6,6 +6,7 @@
 #include <sys/mman.h>
 #include <ucontext.h>
 
+#include <atomic>
 #include <cstring>
 #include <fstream>
 #include <sstream>
@@ -14,6 +15,7 @@
 
 #include "block.h"
 #include "branch_entry.h"
+#include "code_retire.h"
 #include "code_words.h"
 #include "fragments.h"
 #include "sites.h"
@@ -266,6 +268,74 @@ TEST_F(SitesTest, ASiteOnAPageThatIsNotPrivateCodeStaysAsItIs) {
     // always list a page that the program mapped itself.
     EXPECT_EQ(kernel_can_write(page), writable);
   }
+}
+
+// Libraries closed and others opened at their address, many times over: each
+// new code is patched again and runs its own fragment, in the room and
+// through the stub its predecessor had, so nothing grows.
+TEST_F(SitesTest, RetiredCodeGivesItsSiteStubAndRoomToCodeMappedAnew) {
+  const uint32_t kSveAddVectors = 0x04a10000; // add z0.s, z0.s, z1.s
+  app_code first;
+  fragment* f = build_fragment(t, first.page);
+  ASSERT_TRUE(link_site(t, first.page, f->code));
+  byte* const stub = branch_target(first.page);
+  byte* const room = f->code;
+  for (int round = 1; round <= 100; ++round) {
+    retire_code(first.page, first.page + 4096);
+    apply_code_retirements(t);
+    EXPECT_EQ(find_fragment(t, first.page), nullptr);
+    x9_step = round % 2 ? 2 : 1;
+    app_code anew(round % 2 ? kSveAddVectors : kSveAdd, first.page);
+    fragment* g = build_fragment(t, anew.page);
+    ASSERT_EQ(g->code, room) << round;
+    ASSERT_TRUE(link_site(t, anew.page, g->code)) << round;
+    ASSERT_EQ(branch_target(anew.page), stub) << round;
+    uint64_t sp_before;
+    ASSERT_EQ(run(anew.page, &sp_before).x9, 5u + 2 * x9_step) << round;
+  }
+  x9_step = 1;
+}
+
+// Another thread's entry for a retired site is cleared at once, before that
+// thread enters the runtime again: a branch that still reaches the stub
+// traps instead of running the fragment of code that is gone.
+TEST_F(SitesTest, RetiringCodeClearsEveryThreadsEntryForItsSites) {
+  app_code app;
+  struct sigaction action = {}, old;
+  action.sa_sigaction = on_trap;
+  action.sa_flags = SA_SIGINFO;
+  sigaction(SIGILL, &action, &old);
+  std::atomic<int> step{0};
+  uint64_t x9_linked = 0, x9_retired = 0, sp_before;
+  trapped = {};
+  std::thread other([&] {
+    rt_thread* mine = attach_thread();
+    ASSERT_TRUE(link_site(mine, app.page, build_fragment(mine, app.page)->code));
+    x9_linked = run(app.page, &sp_before).x9;
+    step = 1;
+    while (step != 2) sched_yield();
+    x9_retired = run(app.page, &sp_before).x9;
+    detach_thread(mine);
+  });
+  while (step != 1) sched_yield();
+  retire_code(app.page, app.page + 4096);
+  step = 2;
+  other.join();
+  sigaction(SIGILL, &old, nullptr);
+  EXPECT_EQ(x9_linked, 7u);
+  EXPECT_EQ(x9_retired, 5u);
+  EXPECT_EQ(trapped.site, app.page);
+}
+
+// Retiring code elsewhere leaves a thread's fragments and entries alone.
+TEST_F(SitesTest, RetiringOtherCodeKeepsTheFragment) {
+  app_code app, other;
+  ASSERT_TRUE(link_site(t, app.page, build_fragment(t, app.page)->code));
+  retire_code(other.page, other.page + 4096);
+  apply_code_retirements(t);
+  ASSERT_NE(find_fragment(t, app.page), nullptr);
+  uint64_t sp_before;
+  EXPECT_EQ(run(app.page, &sp_before).x9, 7u);
 }
 
 } // namespace

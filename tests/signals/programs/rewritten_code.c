@@ -1,0 +1,60 @@
+/* A program that writes SVE code at run time: it runs a routine, makes its
+ * page writable, rewrites one word past the first (fmla into fmls and back),
+ * makes it executable again and runs it; and it unmaps and maps the page
+ * anew. Every run must run the words there now, and two thousand rounds
+ * must not make resident memory grow. */
+#include <stdio.h>
+#include <string.h>
+#include <sys/mman.h>
+
+#include "resident_memory.h"
+
+typedef void kernel_fn(float*, const float*, const float*);
+
+enum { kRounds = 2000, kWarmUp = 200, kOpWord = 4 };
+static const unsigned kFmla = 0x65a20020, kFmls = 0x65a22020;
+static const unsigned kRoutine[] = {
+    0x2598e3e0, /* ptrue p0.s */
+    0xa540a000, /* ld1w {z0.s}, p0/z, [x0] */
+    0xa540a021, /* ld1w {z1.s}, p0/z, [x1] */
+    0xa540a042, /* ld1w {z2.s}, p0/z, [x2] */
+    kFmla,      /* fmla z0.s, p0/m, z1.s, z2.s */
+    0xe540e000, /* st1w {z0.s}, p0, [x0] */
+    0xd65f03c0, /* ret */
+};
+
+static void set_op(unsigned* code, unsigned op) {
+  mprotect(code, 4096, PROT_READ | PROT_WRITE);
+  code[kOpWord] = op;
+  mprotect(code, 4096, PROT_READ | PROT_EXEC);
+  __builtin___clear_cache((char*)code, (char*)(code + 7));
+}
+
+/* Runs the routine once; whether element 5 has the sign op gives. */
+static int runs_as(unsigned* code, unsigned op) {
+  float acc[64] = {0}, b[64], c[64];
+  for (int i = 0; i < 64; ++i) b[i] = (float)i, c[i] = 2.0f;
+  ((kernel_fn*)(void*)code)(acc, b, c);
+  return acc[5] == (op == kFmla ? 10.0f : -10.0f);
+}
+
+int main(void) {
+  long settled = 0, wrong = 0;
+  for (int round = 0; round < kRounds; ++round) {
+    unsigned* code = mmap(NULL, 4096, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (code == MAP_FAILED) return 1;
+    memcpy(code, kRoutine, sizeof kRoutine);
+    set_op(code, kFmla);
+    wrong += !runs_as(code, kFmla);
+    wrong += !runs_as(code, kFmla);
+    set_op(code, kFmls);
+    wrong += !runs_as(code, kFmls);
+    set_op(code, kFmla);
+    wrong += !runs_as(code, kFmla);
+    munmap(code, 4096);
+    if (round + 1 == kWarmUp) settled = resident_kib();
+  }
+  printf("%d rounds, %ld runs of code no longer there\n", kRounds, wrong);
+  print_growth_since(settled);
+  return wrong != 0;
+}
