@@ -93,7 +93,8 @@ void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder
   const app_pc pc = instr_get_app_pc(instr);
   mark_emulation_start(dc, bb, instr, pc);
   const int form = find_form(word_of(instr));
-  const bool thin = form >= 0 && form_is_thin(form) && get_sve_handler(word_of(instr)) == decoder;
+  // The decoder is the row's own: find_decoder asked the same lookup.
+  const bool thin = form >= 0 && form_is_thin(form);
   // Between calls nothing but X19 to X21 is live, so X12 is free.
   mix_insert_count(dc, bb, instr, pc, word_of(instr),
                    static_cast<cpu_state*>(drmgr_get_tls_field(dc, tls_idx)), DR_REG_X19,
