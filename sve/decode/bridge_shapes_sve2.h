@@ -58,3 +58,26 @@ using zda_zn_zm3_long_index = bridge<ToZ<4, 0>, Zn, Zm3, Zd, Imm<LongLaneIndex<2
 using zda_zn_zm4_long_index = bridge<ToZ<4, 0>, Zn, Zm4, Zd, Imm<LongLaneIndex<20, 20>>>;
 
 } // namespace bridge_shapes
+
+namespace operands {
+
+// The register after Zn, wrapping past z31: the second of a pair of
+// consecutive registers.
+template <unsigned Hi, unsigned Lo> struct ZNext : register_kind<ZNext<Hi, Lo>> {
+  template <uint32_t E> static aarch64_z_reg get(uint32_t w) {
+    return {(field(w, Hi, Lo) + 1) % 32, E, kZNone, kZNone};
+  }
+  static void notation(line_writer& out) { show_field(out, 'Z', Hi, Lo, "+1", kKind); }
+};
+
+} // namespace operands
+
+namespace bridge_shapes {
+
+// The forms that read the pair Zn, Zn+1.
+using ZnNext = Vec<ZNext<9, 5>>;
+using zd_zn_pair_zm = bridge<ToZ<4, 0>, Zn, ZnNext, Zm>;
+using zd_zn_pair_offset = bridge<ToZ<4, 0>, Zn, ZnNext, Imm<UimmSplit>>;
+using zd_pg_zn_pair = bridge<ToZ<4, 0>, Pg, Zn, ZnNext>;
+
+} // namespace bridge_shapes

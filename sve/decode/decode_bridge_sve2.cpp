@@ -5,6 +5,7 @@
 #include "../generic/sve2_complex.h"
 #include "../generic/sve2_fp.h"
 #include "../generic/sve2_indexed.h"
+#include "../generic/sve2_permute.h"
 #include "../generic/sve2_integer.h"
 #include "../generic/sve2_shift.h"
 #include "../generic/sve2_shift_imm.h"
