@@ -81,3 +81,11 @@ using zd_zn_pair_offset = bridge<ToZ<4, 0>, Zn, ZnNext, Imm<UimmSplit>>;
 using zd_pg_zn_pair = bridge<ToZ<4, 0>, Pg, Zn, ZnNext>;
 
 } // namespace bridge_shapes
+
+namespace bridge_shapes {
+
+// The destructive crypto forms: Zdn with Zm from 9:5, or Zdn alone.
+using zdn_zm9 = bridge<ToZ<4, 0>, Zd, Zn>;
+using zdn_alone = bridge<ToZ<4, 0>, Zd>;
+
+} // namespace bridge_shapes

@@ -3,6 +3,7 @@
 #include "../generic/halving_saturating.h"
 #include "../generic/int8_matrix.h"
 #include "../generic/sve2_complex.h"
+#include "../generic/sve2_crypto.h"
 #include "../generic/sve2_fp.h"
 #include "../generic/sve2_indexed.h"
 #include "../generic/sve2_permute.h"

@@ -1,8 +1,8 @@
 // The SVE2 floating-point forms: pairwise operations, flogb, the
 // conversions to and from the top halves (fcvtlt, fcvtnt, fcvtxnt) and with
 // rounding to odd (fcvtx), the half-to-single multiply-adds (fmlalb and
-// kin, plain and indexed), the indexed bfmlalb/bfmlalt, and the unsigned
-// estimates.
+// kin, plain and indexed), the indexed bfmlalb/bfmlalt, the unsigned
+// estimates and the floating-point matrix multiplies.
 #pragma once
 
 #include <cstdint>
@@ -106,6 +106,29 @@ inline uint64_t unsigned_rsqrt_estimate(uint64_t, uint64_t x) {
   return UnsignedRSqrtEstimate(x, 32);
 }
 
+// fmmla: in each segment of four elements, c (2x2) plus a (2x2) times the
+// transpose of b (2x2): the two products of a cell added first, then to c,
+// every step rounded on its own. Elements past the last whole segment keep c.
+template <typename T>
+void fp_matrix_multiply_add(VecV* out, const VecV* a, const VecV* b, const VecV* c,
+                            CpuContext* ctx) {
+  VecV r = *c;
+  const unsigned segments = element_count(ctx, esize_of<T>) / 4;
+  for (unsigned s = 0; s < segments; ++s)
+    for (unsigned row = 0; row < 2; ++row)
+      for (unsigned col = 0; col < 2; ++col) {
+        const unsigned i = 4 * s + 2 * row + col;
+        set_element<T>(r, i, with_status(ctx, [&](FPSCR& st) {
+                         const T p0 = FPMul<T>(element<T>(*a, 4 * s + 2 * row),
+                                               element<T>(*b, 4 * s + 2 * col), st);
+                         const T p1 = FPMul<T>(element<T>(*a, 4 * s + 2 * row + 1),
+                                               element<T>(*b, 4 * s + 2 * col + 1), st);
+                         return FPAdd<T>(element<T>(*c, i), FPAdd<T>(p0, p1, st), st);
+                       }));
+      }
+  *out = r;
+}
+
 // clang-format off
 #define ZORVO_SVE2_FP_FORMS(K, T)                                                           \
   constexpr auto Vec##K##AddPVVM = &fp_pairwise<T, &FPAdd<T>>;                              \
@@ -137,6 +160,8 @@ constexpr auto VecF32MlslTVVVI = &indexed_accumulate<uint16_t, &fp_multiply_add_
 constexpr auto VecF32BfMlalBVVVI = &indexed_accumulate<uint16_t, &bf_multiply_add_long<0>>;
 constexpr auto VecF32BfMlalTVVVI = &indexed_accumulate<uint16_t, &bf_multiply_add_long<1>>;
 
+constexpr auto VecF32MMlaVVV = &fp_matrix_multiply_add<uint32_t>;
+constexpr auto VecD64MMlaVVV = &fp_matrix_multiply_add<uint64_t>;
 constexpr auto VecU32RecpEVM = &merging<uint32_t, unsigned_recip_estimate>;
 constexpr auto VecU32RSqrtEVM = &merging<uint32_t, unsigned_rsqrt_estimate>;
 // clang-format on
