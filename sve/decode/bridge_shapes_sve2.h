@@ -79,6 +79,8 @@ using ZnNext = Vec<ZNext<9, 5>>;
 using zd_zn_pair_zm = bridge<ToZ<4, 0>, Zn, ZnNext, Zm>;
 using zd_zn_pair_offset = bridge<ToZ<4, 0>, Zn, ZnNext, Imm<UimmSplit>>;
 using zd_pg_zn_pair = bridge<ToZ<4, 0>, Pg, Zn, ZnNext>;
+// tbx: the table, the old destination, the indices.
+using zd_zn_zd_zm = bridge<ToZ<4, 0>, Zn, Zd, Zm>;
 
 } // namespace bridge_shapes
 

@@ -10,32 +10,21 @@
 
 namespace generic {
 
-// tbl with two registers: a then b form one table of twice the elements;
-// an index past it selects 0.
-template <typename T>
-void table_lookup_pair(VecV* out, const VecV* a, const VecV* b, const VecV* indices,
-                       CpuContext* ctx) {
+// tbl with two registers: a then b form one table of twice the elements,
+// and an index past it selects 0. tbx (Extend): a alone is the table, and
+// an index past it keeps b's element, b being the old destination.
+template <typename T, bool Extend>
+void table_lookup(VecV* out, const VecV* a, const VecV* b, const VecV* indices, CpuContext* ctx) {
   VecV r;
   const unsigned n = element_count(ctx, esize_of<T>);
   for (unsigned i = 0; i < n; ++i) {
     const uint64_t index = raw<T>(*indices, i);
-    set_raw<T>(r, i,
-               index < n       ? raw<T>(*a, unsigned(index))
-               : index < 2 * n ? raw<T>(*b, unsigned(index - n))
-                               : 0);
-  }
-  *out = r;
-}
-
-// tbx: an index past the table keeps the destination's element.
-template <typename T>
-void table_extend(VecV* out, const VecV* table, const VecV* indices, const VecV* d,
-                  CpuContext* ctx) {
-  VecV r;
-  const unsigned n = element_count(ctx, esize_of<T>);
-  for (unsigned i = 0; i < n; ++i) {
-    const uint64_t index = raw<T>(*indices, i);
-    set_raw<T>(r, i, index < n ? raw<T>(*table, unsigned(index)) : raw<T>(*d, i));
+    uint64_t x = Extend ? raw<T>(*b, i) : 0;
+    if (index < n)
+      x = raw<T>(*a, unsigned(index));
+    else if (!Extend && index < 2 * n)
+      x = raw<T>(*b, unsigned(index - n));
+    set_raw<T>(r, i, x);
   }
   *out = r;
 }
@@ -100,8 +89,8 @@ void while_no_conflict(PredV* out, uint64_t first, uint64_t second, CpuContext* 
 
 // clang-format off
 #define ZORVO_PAIR_PERMUTE_FORMS(K, U)                                                    \
-  constexpr auto VecU##K##TblPairVV = &table_lookup_pair<U>;                              \
-  constexpr auto VecU##K##TbxVVV = &table_extend<U>;                                      \
+  constexpr auto VecU##K##TblPairVV = &table_lookup<U, false>;                              \
+  constexpr auto VecU##K##TbxVVV = &table_lookup<U, true>;                                      \
   constexpr auto VecU##K##SplicePairV = &splice<U>;                                       \
   constexpr auto VecU##K##WhileWRSS = &while_no_conflict<U, false>;                       \
   constexpr auto VecU##K##WhileRWSS = &while_no_conflict<U, true>;
