@@ -11,15 +11,10 @@
 #include "generic/sve2_fp.h"
 #include "generic/sve2_integer.h"
 #include "generic/sve2_shift_imm.h"
+#include "vector_length.h"
 
 namespace {
 using namespace generic;
-
-CpuContext context(uint32_t vl) {
-  CpuContext ctx{};
-  ctx.vl = vl;
-  return ctx;
-}
 
 VecV pattern(uint32_t seed) {
   VecV v;

@@ -8,15 +8,10 @@
 
 #include "generic/load_quad.h"
 #include "generic/sve2_permute.h"
+#include "vector_length.h"
 
 namespace {
 using namespace generic;
-
-CpuContext context(uint32_t vl) {
-  CpuContext ctx{};
-  ctx.vl = vl;
-  return ctx;
-}
 
 // Every byte of quadword q of a is q, of b 0x80 | q.
 void tag_quadwords(VecV* a, VecV* b) {
