@@ -57,12 +57,14 @@ bool failed(long r) { return r < 0 && r > -4096; }
 constexpr uint64_t AT_NULL = 0, AT_IGNORE = 1, AT_PHDR = 3, AT_PHENT = 4, AT_PHNUM = 5,
                    AT_PAGESZ = 6, AT_BASE = 7, AT_ENTRY = 9, AT_HWCAP = 16, AT_HWCAP2 = 26,
                    AT_EXECFN = 31;
-// HWCAP2 bits of SVE features beyond the base set: SVE2 and its crypto,
-// bit-permute, matrix-multiply and bfloat16 extensions. None is emulated.
-constexpr uint64_t kHwcap2SveExtensions =
+// HWCAP2 bits of SVE features beyond the base set. SVE2 and its AES, PMULL,
+// BITPERM, SHA3 and SM4 parts, I8MM, F32MM, F64MM and BF16 are emulated in
+// full and shown; EBF16 (bit 33) is not emulated and never shown.
+constexpr uint64_t kHwcap2SveEmulated =
     (uint64_t(1) << 1) | (uint64_t(1) << 2) | (uint64_t(1) << 3) | (uint64_t(1) << 4) |
     (uint64_t(1) << 5) | (uint64_t(1) << 6) | (uint64_t(1) << 9) | (uint64_t(1) << 10) |
-    (uint64_t(1) << 11) | (uint64_t(1) << 12) | (uint64_t(1) << 33);
+    (uint64_t(1) << 11) | (uint64_t(1) << 12);
+constexpr uint64_t kHwcap2SveExtensions = kHwcap2SveEmulated | (uint64_t(1) << 33);
 // The runtime removes this many words of the environment and moves the
 // auxiliary vector down over them; the dynamic loader keeps reading it where
 // it was, which skips this many AT_IGNORE entries at its start.
@@ -300,7 +302,7 @@ extern "C" [[noreturn]] void loader_main(uint64_t* initial_sp) {
       {AT_ENTRY, host.bias + host.plan.entry},
       {AT_BASE, interp.bias + interp.plan.low},
       {AT_EXECFN, reinterpret_cast<uint64_t>(path)},
-      {AT_HWCAP2, 0},
+      {AT_HWCAP2, kHwcap2SveEmulated},
   };
   bool seen[sizeof ours / sizeof ours[0]] = {};
   for (long i = 0; i < auxc; ++i) {
@@ -309,7 +311,7 @@ extern "C" [[noreturn]] void loader_main(uint64_t* initial_sp) {
       if (aux[i].type != ours[k].type) continue;
       seen[k] = true;
       if (aux[i].type == AT_HWCAP2)
-        value &= ~kHwcap2SveExtensions;
+        value = (value & ~kHwcap2SveExtensions) | kHwcap2SveEmulated;
       else
         value = ours[k].value;
     }

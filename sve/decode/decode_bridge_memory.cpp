@@ -1,7 +1,9 @@
 // Bridge decoders. First-fault loads without a fast handler, and the
-// replicating quadword loads.
+// replicating quadword and octaword loads, and the non-temporal gathers
+// and scatters of a vector plus a scalar.
 #include "../generic/first_fault.h"
 #include "../generic/load_quad.h"
+#include "../generic/sve2_memory.h"
 #include "bridge_shapes_memory.h"
 
 using namespace bridge_shapes;

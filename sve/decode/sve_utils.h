@@ -6,7 +6,7 @@
 #include "../state/cpu_state.h"
 #include "decode_maps.inc"
 
-// Looks the word up in the 44 decode maps in order; null when no row
+// Looks the word up in the decode maps in order; null when no row
 // matches. Pure: called once per instruction when a block is rewritten.
 sve_decoder get_sve_handler(uint32_t word);
 

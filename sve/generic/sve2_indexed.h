@@ -59,3 +59,34 @@ ZORVO_INDEXED_FORMS(64, int64_t, uint64_t)
 // clang-format on
 
 } // namespace generic
+
+namespace generic {
+
+// The indexed long multiplies: the vector form on b's half-width element
+// `index` of each segment.
+// clang-format off
+#define ZORVO_LONG_INDEXED_FORMS(K, S, U)                                                         \
+  constexpr auto VecS##K##MulLBVVI = &indexed<half_of<S>, &long_op<S, wide_mul, 0, 0>>;          \
+  constexpr auto VecS##K##MulLTVVI = &indexed<half_of<S>, &long_op<S, wide_mul, 1, 1>>;          \
+  constexpr auto VecU##K##MulLBVVI = &indexed<half_of<U>, &long_op<U, wide_mul, 0, 0>>;          \
+  constexpr auto VecU##K##MulLTVVI = &indexed<half_of<U>, &long_op<U, wide_mul, 1, 1>>;          \
+  constexpr auto VecS##K##MlaLBVVVI = &indexed_accumulate<half_of<S>, &long_accumulate<S, wide_mul, 0, false>>; \
+  constexpr auto VecS##K##MlaLTVVVI = &indexed_accumulate<half_of<S>, &long_accumulate<S, wide_mul, 1, false>>; \
+  constexpr auto VecS##K##MlsLBVVVI = &indexed_accumulate<half_of<S>, &long_accumulate<S, wide_mul, 0, true>>;  \
+  constexpr auto VecS##K##MlsLTVVVI = &indexed_accumulate<half_of<S>, &long_accumulate<S, wide_mul, 1, true>>;  \
+  constexpr auto VecU##K##MlaLBVVVI = &indexed_accumulate<half_of<U>, &long_accumulate<U, wide_mul, 0, false>>; \
+  constexpr auto VecU##K##MlaLTVVVI = &indexed_accumulate<half_of<U>, &long_accumulate<U, wide_mul, 1, false>>; \
+  constexpr auto VecU##K##MlsLBVVVI = &indexed_accumulate<half_of<U>, &long_accumulate<U, wide_mul, 0, true>>;  \
+  constexpr auto VecU##K##MlsLTVVVI = &indexed_accumulate<half_of<U>, &long_accumulate<U, wide_mul, 1, true>>;  \
+  constexpr auto VecS##K##QDMulLBVVI = &indexed<half_of<S>, &saturating_doubling_long<S, 0, 0>>; \
+  constexpr auto VecS##K##QDMulLTVVI = &indexed<half_of<S>, &saturating_doubling_long<S, 1, 1>>; \
+  constexpr auto VecS##K##QDMlaLBVVVI = &indexed_accumulate<half_of<S>, &saturating_doubling_long_accumulate<S, 0, 0, false>>; \
+  constexpr auto VecS##K##QDMlaLTVVVI = &indexed_accumulate<half_of<S>, &saturating_doubling_long_accumulate<S, 1, 1, false>>; \
+  constexpr auto VecS##K##QDMlsLBVVVI = &indexed_accumulate<half_of<S>, &saturating_doubling_long_accumulate<S, 0, 0, true>>;  \
+  constexpr auto VecS##K##QDMlsLTVVVI = &indexed_accumulate<half_of<S>, &saturating_doubling_long_accumulate<S, 1, 1, true>>;
+ZORVO_LONG_INDEXED_FORMS(32, int32_t, uint32_t)
+ZORVO_LONG_INDEXED_FORMS(64, int64_t, uint64_t)
+#undef ZORVO_LONG_INDEXED_FORMS
+// clang-format on
+
+} // namespace generic

@@ -291,6 +291,14 @@ void place_addresses(rng_t& rng, const row_profile& p, uint32_t word, const test
       put_element(m->z[n], i, p.lane_bytes,
                   draw_address(rng, p, area, p.first_fault && pick(rng, 4) == 0));
     return;
+  case addressing::vector_scalar: {
+    // One offset for every element, taken back off each drawn address.
+    const uint64_t offset = mreg == 31 ? 0 : static_cast<uint64_t>(small_signed(rng, 256));
+    if (mreg != 31) m->x[mreg] = offset;
+    for (unsigned i = 0; i < 48 / p.lane_bytes; ++i)
+      put_element(m->z[n], i, p.lane_bytes, draw_address(rng, p, area, false) - offset);
+    return;
+  }
   case addressing::scalar_vector: {
     int64_t bias = offset_bias(rng, p);
     if (n == 31) bias &= ~int64_t{15}; // so that SP's alignment moves no address

@@ -210,6 +210,15 @@ TEST(Profile, ReadsTheAddressFormFromTheName) {
       EXPECT_EQ(p.msize, 4u);
       EXPECT_EQ(p.lane_bytes, 8u);
     }
+    if (std::strcmp(rows[i].name, "VecS32LoadNT2VXZ") == 0) {
+      EXPECT_EQ(p.addr, addressing::vector_scalar);
+      EXPECT_EQ(p.msize, 2u);
+      EXPECT_EQ(p.lane_bytes, 4u);
+    }
+    if (std::strcmp(rows[i].name, "VecU16LoadDup2OSSZ") == 0) {
+      EXPECT_EQ(p.addr, addressing::scalar_index);
+      EXPECT_EQ(p.msize, 2u);
+    }
   }
   EXPECT_EQ(by_page, 16u + 16u + 64u); // LDNF1, contiguous LDFF1, first-fault gathers
   unsigned first_active = 0;

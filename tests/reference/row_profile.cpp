@@ -13,8 +13,8 @@ bool ends_with(const std::string& s, const char* tail) {
 
 // The address letters at the end of a memory name, longest first; a mode
 // letter may follow them.
-const char* const kAddressCodes[] = {"XVS", "XSV", "YVS", "YSV", "LSS",
-                                     "SS",  "VI",  "VS",  "SV",  "SI"};
+const char* const kAddressCodes[] = {"XVS", "XSV", "YVS", "YSV", "LSS", "SS",
+                                     "VI",  "VX",  "VS",  "SV",  "SI"};
 
 const char* address_code(const std::string& name, size_t* at) {
   for (const std::string& s : {name, name.substr(0, name.size() - 1)}) {
@@ -81,13 +81,15 @@ row_profile profile_of(const decode_row& row) {
     p.addr = addressing::scalar_index;
   else if (c == "VI")
     p.addr = addressing::vector_imm;
+  else if (c == "VX")
+    p.addr = addressing::vector_scalar;
   else
     p.addr = addressing::scalar_vector;
 
   // The memory element's bytes stand just before the address letters, with
-  // a Q between them for the quadword replicating loads.
+  // a Q (O) between them for the quadword (octaword) replicating loads.
   size_t d = at;
-  if (d > 0 && name[d - 1] == 'Q') --d;
+  if (d > 0 && (name[d - 1] == 'Q' || name[d - 1] == 'O')) --d;
   p.msize = 1;
   if (d > 0 && std::isdigit(static_cast<unsigned char>(name[d - 1])))
     p.msize = static_cast<unsigned>(name[d - 1] - '0');

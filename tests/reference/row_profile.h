@@ -12,6 +12,7 @@ enum class addressing : uint8_t {
   scalar_imm,    // Xn|SP + immediate
   scalar_index,  // Xn|SP + Xm (scaled)
   vector_imm,    // each element of Zn + immediate
+  vector_scalar, // each element of Zn + Xm
   scalar_vector, // Xn|SP + each element of Zm (extended, maybe scaled)
 };
 

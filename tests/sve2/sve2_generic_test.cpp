@@ -7,16 +7,14 @@
 
 #include "generic/bf16.h"
 #include "generic/int8_matrix.h"
+#include "generic/sve2_complex.h"
+#include "generic/sve2_fp.h"
 #include "generic/sve2_integer.h"
+#include "generic/sve2_shift_imm.h"
+#include "vector_length.h"
 
 namespace {
 using namespace generic;
-
-CpuContext context(uint32_t vl) {
-  CpuContext ctx{};
-  ctx.vl = vl;
-  return ctx;
-}
 
 VecV pattern(uint32_t seed) {
   VecV v;
@@ -61,6 +59,54 @@ TEST(SegmentForms, EachSegmentStandsAloneAt2048Bits) {
   expect_segment_local([](VecV* o, const VecV& a, const VecV& b, const VecV& c, CpuContext* x) {
     VecF32BfDotVVVI(o, &a, &b, &c, 2, x);
   });
+}
+
+TEST(SegmentForms, IndexedComplexAndLongFormsStayInTheirSegmentAt2048Bits) {
+  expect_segment_local([](VecV* o, const VecV& a, const VecV& b, const VecV& c, CpuContext* x) {
+    VecS16CMlaVVVII(o, &a, &b, &c, 3, 2, x);
+  });
+  expect_segment_local([](VecV* o, const VecV& a, const VecV& b, const VecV& c, CpuContext* x) {
+    VecS32QRDCMlaHVVVII(o, &a, &b, &c, 1, 1, x);
+  });
+  expect_segment_local([](VecV* o, const VecV& a, const VecV& b, const VecV& c, CpuContext* x) {
+    VecS64CDotVVVII(o, &a, &b, &c, 2, 1, x);
+  });
+  expect_segment_local([](VecV* o, const VecV& a, const VecV& b, const VecV&, CpuContext* x) {
+    VecS32QDMulLTVVI(o, &a, &b, 7, x);
+  });
+  expect_segment_local([](VecV* o, const VecV& a, const VecV& b, const VecV& c, CpuContext* x) {
+    VecU64MlsLBVVVI(o, &a, &b, &c, 3, x);
+  });
+  expect_segment_local([](VecV* o, const VecV& a, const VecV& b, const VecV& c, CpuContext* x) {
+    VecF32MlslTVVVI(o, &a, &b, &c, 5, x);
+  });
+  expect_segment_local([](VecV* o, const VecV& a, const VecV& b, const VecV& c, CpuContext* x) {
+    VecF32BfMlalBVVVI(o, &a, &b, &c, 6, x);
+  });
+}
+
+// The top-half forms write every odd half of a 2048-bit vector and keep
+// every even one; the bottom-half forms clear the odd halves.
+TEST(NarrowingShifts, TopKeepsAndBottomClearsTheOtherHalvesAt2048Bits) {
+  CpuContext ctx = context(32);
+  VecV n, d;
+  for (unsigned i = 0; i < 256; ++i) {
+    n.b[i] = static_cast<uint8_t>(i);
+    d.b[i] = 0xa5;
+  }
+  VecV top, bottom;
+  VecU16ShrNTVVI(&top, &n, 4, &d, &ctx);
+  VecS16QShrUNBVI(&bottom, &n, 1, &ctx);
+  for (unsigned h = 0; h < 128; ++h) {
+    const unsigned wide = n.b[2 * h] | n.b[2 * h + 1] << 8;
+    EXPECT_EQ(top.b[2 * h], 0xa5) << h;
+    EXPECT_EQ(top.b[2 * h + 1], (wide >> 4) & 0xff) << h;
+    // Read as signed: the upper half of the vector holds negative halfwords,
+    // which saturate to 0; halved positives above 255 saturate to 255.
+    const int shifted = static_cast<int16_t>(wide) >> 1;
+    EXPECT_EQ(bottom.b[2 * h], shifted < 0 ? 0 : shifted > 255 ? 255 : shifted) << h;
+    EXPECT_EQ(bottom.b[2 * h + 1], 0) << h;
+  }
 }
 
 unsigned count_true(const PredV& p, unsigned elements) {
