@@ -14,6 +14,7 @@
 #include "../decode/decoders.h"
 #include "../decode/sve_utils.h"
 #include "emulate.h"
+#include "inline_forms.h"
 #include "mix.h"
 #include "record_words.h"
 #include "rewrite_ir.h"
@@ -86,12 +87,37 @@ void close_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
          INSTR_CREATE_ldr(dc, x(27), state_field(offsetof(cpu_state, regs[27]), OPSZ_8)));
 }
 
+bool inline_translation = true;
+std::atomic<uint64_t> words_inline{0}, words_called{0};
+
+// The word's own code in place of the call, when it has some: on the record at
+// X19, with X9 to X15 and the vector registers free.
+bool insert_inline(void* dc, instrlist_t* bb, instr_t* instr) {
+  inline_code code;
+  if (!inline_translation || !translate_inline(word_of(instr), &code)) return false;
+  const app_pc pc = instr_get_app_pc(instr);
+  mark_emulation_start(dc, bb, instr, pc);
+  mix_insert_count(dc, bb, instr, pc, word_of(instr),
+                   static_cast<cpu_state*>(drmgr_get_tls_field(dc, tls_idx)), DR_REG_X19,
+                   DR_REG_X12);
+  instr_t* words = instr_create(dc);
+  instr_allocate_raw_bits(dc, words, 4 * code.count);
+  std::memcpy(instr_get_raw_bits(words), code.words, 4 * code.count);
+  insert(bb, instr, pc, words);
+  drmgr_insert_emulation_end(dc, bb, instr);
+  words_inline.fetch_add(1, std::memory_order_relaxed);
+  instrlist_remove(bb, instr);
+  instr_destroy(dc, instr);
+  return true;
+}
+
 // Inside a run X19 holds the record, X20 zorvo_call_word and X21
 // zorvo_call_thin_word, which read the word, its address and its decoder
 // from the code after the blr.
 void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder) {
   const app_pc pc = instr_get_app_pc(instr);
   mark_emulation_start(dc, bb, instr, pc);
+  words_called.fetch_add(1, std::memory_order_relaxed);
   const int form = find_form(word_of(instr));
   // The decoder is the row's own: find_decoder asked the same lookup.
   const bool thin = form >= 0 && form_is_thin(form);
@@ -191,6 +217,14 @@ void side_exit(void* dc, instrlist_t* bb, instr_t* instr) {
 
 } // namespace
 
+void set_inline_translation(bool on) { inline_translation = on; }
+
+void log_translation_tiers() {
+  dr_log(NULL, DR_LOG_ALL, 1, "SVE words translated: %llu inline, %llu by calls\n",
+         static_cast<unsigned long long>(words_inline.load()),
+         static_cast<unsigned long long>(words_called.load()));
+}
+
 dr_emit_flags_t rewrite_runs(void* drcontext, instrlist_t* bb) {
   instr_t* next;
   bool in_run = false;
@@ -229,7 +263,7 @@ dr_emit_flags_t rewrite_runs(void* drcontext, instrlist_t* bb) {
       run_start = pc;
     }
     in_run = true;
-    call_decoder(drcontext, bb, instr, decoder);
+    if (!insert_inline(drcontext, bb, instr)) call_decoder(drcontext, bb, instr, decoder);
     if (next == NULL) close_run(drcontext, bb, NULL, pc);
   }
   return DR_EMIT_DEFAULT;

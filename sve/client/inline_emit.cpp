@@ -1,0 +1,78 @@
+#include "inline_emit.h"
+
+namespace a64 {
+namespace {
+
+// The load/store (unsigned immediate) class: `opcode` holds size, V and opc.
+void scaled_access(inline_code& c, uint32_t opcode, unsigned scale, unsigned rt, unsigned base,
+                   size_t offset) {
+  if (offset % scale != 0 || offset / scale > 4095) {
+    c.overflow = true;
+    return;
+  }
+  c.put(opcode | uint32_t(offset / scale) << 10 | base << 5 | rt);
+}
+
+uint32_t three_same(uint32_t opcode, unsigned vd, unsigned vn, unsigned vm) {
+  return opcode | vm << 16 | vn << 5 | vd;
+}
+
+} // namespace
+
+void load_q(inline_code& c, unsigned qt, unsigned base, size_t offset) {
+  scaled_access(c, 0x3dc00000, 16, qt, base, offset);
+}
+void store_q(inline_code& c, unsigned qt, unsigned base, size_t offset) {
+  scaled_access(c, 0x3d800000, 16, qt, base, offset);
+}
+void load_x(inline_code& c, unsigned xt, unsigned base, size_t offset) {
+  scaled_access(c, 0xf9400000, 8, xt, base, offset);
+}
+void store_x(inline_code& c, unsigned xt, unsigned base, size_t offset) {
+  scaled_access(c, 0xf9000000, 8, xt, base, offset);
+}
+
+void move_constant(inline_code& c, unsigned xd, uint64_t value) {
+  // movn for values whose high halfwords are all ones (small negatives).
+  if (~value >> 16 == 0) {
+    c.put(0x92800000 | uint32_t(~value & 0xffff) << 5 | xd);
+    return;
+  }
+  bool first = true;
+  for (unsigned hw = 0; hw < 4; ++hw) {
+    const uint32_t part = uint32_t(value >> (16 * hw)) & 0xffff;
+    if (part == 0 && !(first && hw == 3)) continue;
+    c.put((first ? 0xd2800000 : 0xf2800000) | hw << 21 | part << 5 | xd);
+    first = false;
+  }
+}
+
+void add_constant(inline_code& c, unsigned xd, unsigned xn, int64_t value) {
+  const bool subtract = value < 0;
+  const uint64_t magnitude = subtract ? 0 - uint64_t(value) : uint64_t(value);
+  const uint32_t op = subtract ? 0xd1000000 : 0x91000000;
+  if (magnitude < 4096) {
+    c.put(op | uint32_t(magnitude) << 10 | xn << 5 | xd);
+  } else if (magnitude % 4096 == 0 && magnitude >> 12 < 4096) {
+    c.put(op | 1u << 22 | uint32_t(magnitude >> 12) << 10 | xn << 5 | xd);
+  } else {
+    move_constant(c, 15, uint64_t(value));
+    c.put(0x8b000000 | 15u << 16 | xn << 5 | xd); // add xd, xn, x15
+  }
+}
+
+uint32_t add_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x4e208400 | size << 22, vd, vn, vm);
+}
+uint32_t sub_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x6e208400 | size << 22, vd, vn, vm);
+}
+uint32_t and_v(unsigned vd, unsigned vn, unsigned vm) { return three_same(0x4e201c00, vd, vn, vm); }
+uint32_t orr_v(unsigned vd, unsigned vn, unsigned vm) { return three_same(0x4ea01c00, vd, vn, vm); }
+uint32_t eor_v(unsigned vd, unsigned vn, unsigned vm) { return three_same(0x6e201c00, vd, vn, vm); }
+
+uint32_t dup_v_from_x(simd_size size, unsigned vd, unsigned xn) {
+  return 0x4e000c00 | (1u << size) << 16 | xn << 5 | vd;
+}
+
+} // namespace a64

@@ -1,0 +1,72 @@
+// A64 and Advanced SIMD words for the code that carries out SVE words inline,
+// on the register record, with no call. Each helper encodes one instruction;
+// the record offsets come from cpu_state.h and the vector length from
+// kVectorBytes, so the same code serves any length that is a multiple of 16.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "../state/cpu_state.h"
+
+// Registers of the inline code: the record is in X19 throughout a run; X9 to
+// X15 and every vector register are free there, since the record holds the
+// application's values.
+constexpr unsigned kInlineRecord = 19;
+constexpr unsigned kChunkBytes = 16;
+constexpr unsigned kVectorChunks = kVectorBytes / kChunkBytes;
+static_assert(kVectorBytes % kChunkBytes == 0, "the vector is a whole number of Q registers");
+
+// Where the record keeps a register, and the 16 bytes of a vector register
+// that one Q register holds.
+constexpr size_t z_offset(unsigned z, unsigned chunk) {
+  return offsetof(cpu_state, z) + z * sizeof(cpu_state::z[0]) + chunk * kChunkBytes;
+}
+constexpr size_t p_offset(unsigned p, unsigned chunk) {
+  return offsetof(cpu_state, p) + p * sizeof(cpu_state::p[0]) + chunk * kChunkBytes;
+}
+constexpr size_t x_offset(unsigned x) { return offsetof(cpu_state, regs) + 8 * x; }
+
+// Up to this many words stand for one SVE word.
+constexpr unsigned kInlineMaxWords = 16 + 8 * kVectorChunks;
+
+struct inline_code {
+  uint32_t words[kInlineMaxWords];
+  unsigned count = 0;
+  bool overflow = false; // a word did not fit, or an offset was out of reach
+
+  void put(uint32_t word) {
+    if (count < kInlineMaxWords)
+      words[count++] = word;
+    else
+      overflow = true;
+  }
+};
+
+namespace a64 {
+
+// Element size as the Advanced SIMD `size` field has it: 0 B .. 3 D.
+enum simd_size : unsigned { B = 0, H = 1, S = 2, D = 3 };
+
+// ldr/str of a Q or X register at an unsigned, scaled offset from a base.
+void load_q(inline_code& c, unsigned qt, unsigned base, size_t offset);
+void store_q(inline_code& c, unsigned qt, unsigned base, size_t offset);
+void load_x(inline_code& c, unsigned xt, unsigned base, size_t offset);
+void store_x(inline_code& c, unsigned xt, unsigned base, size_t offset);
+
+// Any 64-bit constant into Xd with movz and movk.
+void move_constant(inline_code& c, unsigned xd, uint64_t value);
+// Xd = Xn + value (value may be negative; Xd and Xn are not SP), with X15 as
+// scratch for constants that no immediate form holds.
+void add_constant(inline_code& c, unsigned xd, unsigned xn, int64_t value);
+
+// Three-register Advanced SIMD operations on full 128-bit vectors.
+uint32_t add_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
+uint32_t sub_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
+uint32_t and_v(unsigned vd, unsigned vn, unsigned vm);
+uint32_t orr_v(unsigned vd, unsigned vn, unsigned vm);
+uint32_t eor_v(unsigned vd, unsigned vn, unsigned vm);
+// Every lane of Vd from the low bits of Xn.
+uint32_t dup_v_from_x(simd_size size, unsigned vd, unsigned xn);
+
+} // namespace a64

@@ -1,0 +1,237 @@
+#include "inline_forms.h"
+
+#include <cstring>
+
+#include "../decode/sve_utils.h"
+#include "../handlers/pattern_count.h"
+
+namespace {
+
+using namespace a64;
+
+enum class inline_op : uint8_t {
+  none,
+  add_zzz,
+  sub_zzz,
+  and_zzz,
+  orr_zzz,
+  eor_zzz,
+  add_zi,
+  sub_zi,
+  dup_zi,
+  dup_zr,
+  count_x,
+  increment_x,
+  decrement_x,
+  increment_z,
+  decrement_z,
+};
+
+struct form_entry {
+  const char* family;
+  const char* decoder;
+  element_size elem;
+};
+
+// Every row of forms.inc, by index, as find_form numbers them.
+constexpr form_entry kForms[] = {
+#define THIN(family, map, key, decoder, shape, elem, ...) {#family, #decoder, elem},
+#define BRIDGE(family, map, key, decoder, shape, elem, ...) {#family, #decoder, elem},
+#define EMPTY(map, key, decoder, ...) {"", #decoder, ELEM_B},
+#include "../decode/forms.inc"
+};
+static_assert(sizeof kForms / sizeof kForms[0] == kFormCount);
+
+// The inline forms by the name of their row's decoder; one name stands for
+// its rows at every element size ("VecU*AddVVX": the size is the row's).
+struct inline_row {
+  const char* pattern;
+  inline_op op;
+};
+constexpr inline_row kInlineRows[] = {
+    {"VecU*AddVVX", inline_op::add_zzz},       {"VecU*SubVVX", inline_op::sub_zzz},
+    {"VecU64AndVVX", inline_op::and_zzz},      {"VecU64OrVVX", inline_op::orr_zzz},
+    {"VecU64XorVVX", inline_op::eor_zzz},      {"VecU*AddVIX", inline_op::add_zi},
+    {"VecU*SubVIX", inline_op::sub_zi},        {"VecS*DupI", inline_op::dup_zi},
+    {"VecU*DupS", inline_op::dup_zr},          {"VecU*CountVLSI", inline_op::count_x},
+    {"VecU*IncrVLSI", inline_op::increment_x}, {"VecU*DecrVLSI", inline_op::decrement_x},
+    {"VecU*IncrVLVI", inline_op::increment_z}, {"VecU*DecrVLVI", inline_op::decrement_z},
+};
+
+// "VecU*AddVVX" matches "VecU32AddVVX": the star stands for a run of digits.
+bool name_matches(const char* pattern, const char* name) {
+  for (; *pattern; ++pattern) {
+    if (*pattern != '*') {
+      if (*name++ != *pattern) return false;
+      continue;
+    }
+    if (*name < '0' || *name > '9') return false;
+    while (*name >= '0' && *name <= '9') ++name;
+  }
+  return *name == '\0';
+}
+
+struct inline_table {
+  inline_op op[kFormCount] = {};
+  inline_table() {
+    // The marker of a region of interest shares its row with `add`: it
+    // switches tracing, which only the call path does.
+    for (int f = 0; f < kFormCount; ++f)
+      if (std::strcmp(kForms[f].family, "roi_marker") != 0)
+        for (const inline_row& r : kInlineRows)
+          if (name_matches(r.pattern, kForms[f].decoder)) op[f] = r.op;
+  }
+};
+
+const inline_table& table() {
+  static const inline_table t;
+  return t;
+}
+
+unsigned field(uint32_t word, unsigned hi, unsigned lo) {
+  return word >> lo & ((1u << (hi - lo + 1)) - 1);
+}
+
+// Vd = op(Vn, Vm) chunk by chunk, Zn and Zm into Q0 and Q1.
+template <typename Op>
+void each_chunk(inline_code& c, unsigned zd, unsigned zn, unsigned zm, Op op) {
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    load_q(c, 0, kInlineRecord, z_offset(zn, k));
+    load_q(c, 1, kInlineRecord, z_offset(zm, k));
+    c.put(op(0, 0, 1));
+    store_q(c, 0, kInlineRecord, z_offset(zd, k));
+  }
+}
+
+// Zd = op(Zdn, V1), with V1 already holding the constant operand.
+template <typename Op> void each_chunk_with_v1(inline_code& c, unsigned zdn, Op op) {
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    load_q(c, 0, kInlineRecord, z_offset(zdn, k));
+    c.put(op(0, 0, 1));
+    store_q(c, 0, kInlineRecord, z_offset(zdn, k));
+  }
+}
+
+void broadcast_v1(inline_code& c, simd_size size, uint64_t value) {
+  move_constant(c, 9, value);
+  c.put(dup_v_from_x(size, 1, 9));
+}
+
+void store_v1_everywhere(inline_code& c, unsigned zd) {
+  for (unsigned k = 0; k < kVectorChunks; ++k) store_q(c, 1, kInlineRecord, z_offset(zd, k));
+}
+
+// The element count a pattern names, times the multiplier in bits 19:16.
+unsigned pattern_elements(uint32_t word, element_size elem) {
+  const unsigned pattern = field(word, 9, 5), multiplier = field(word, 19, 16) + 1;
+  switch (elem) {
+  case ELEM_B:
+    return pattern_count<uint8_t>(pattern) * multiplier;
+  case ELEM_H:
+    return pattern_count<uint16_t>(pattern) * multiplier;
+  case ELEM_S:
+    return pattern_count<uint32_t>(pattern) * multiplier;
+  default:
+    return pattern_count<uint64_t>(pattern) * multiplier;
+  }
+}
+
+// An 8-bit immediate and its shift (bit 13), as add, sub and dup take it;
+// false for the shifted byte form, which the architecture leaves unallocated.
+bool shifted_imm8(uint32_t word, element_size elem, bool is_signed, uint64_t* value) {
+  const bool shift = field(word, 13, 13);
+  if (shift && elem == ELEM_B) return false;
+  const unsigned raw = field(word, 12, 5);
+  const int64_t imm = is_signed ? int64_t(int8_t(raw)) : int64_t(raw);
+  *value = uint64_t(shift ? imm * 256 : imm);
+  return true;
+}
+
+bool emit(inline_op op, element_size elem, uint32_t word, inline_code& c) {
+  const simd_size size = simd_size(elem);
+  const unsigned zd = field(word, 4, 0), zn = field(word, 9, 5), zm = field(word, 20, 16);
+  switch (op) {
+  case inline_op::add_zzz:
+    each_chunk(c, zd, zn, zm,
+               [size](unsigned d, unsigned n, unsigned m) { return add_v(size, d, n, m); });
+    return true;
+  case inline_op::sub_zzz:
+    each_chunk(c, zd, zn, zm,
+               [size](unsigned d, unsigned n, unsigned m) { return sub_v(size, d, n, m); });
+    return true;
+  case inline_op::and_zzz:
+    each_chunk(c, zd, zn, zm, and_v);
+    return true;
+  case inline_op::orr_zzz:
+    each_chunk(c, zd, zn, zm, orr_v);
+    return true;
+  case inline_op::eor_zzz:
+    each_chunk(c, zd, zn, zm, eor_v);
+    return true;
+  case inline_op::add_zi:
+  case inline_op::sub_zi: {
+    uint64_t imm;
+    if (!shifted_imm8(word, elem, false, &imm)) return false;
+    broadcast_v1(c, size, imm);
+    const bool add = op == inline_op::add_zi;
+    each_chunk_with_v1(c, zd, [size, add](unsigned d, unsigned n, unsigned m) {
+      return add ? add_v(size, d, n, m) : sub_v(size, d, n, m);
+    });
+    return true;
+  }
+  case inline_op::dup_zi: {
+    uint64_t imm;
+    if (!shifted_imm8(word, elem, true, &imm)) return false;
+    broadcast_v1(c, size, imm);
+    store_v1_everywhere(c, zd);
+    return true;
+  }
+  case inline_op::dup_zr:
+    load_x(c, 9, kInlineRecord, x_offset(zn)); // 31 is SP, which the record keeps there
+    c.put(dup_v_from_x(size, 1, 9));
+    store_v1_everywhere(c, zd);
+    return true;
+  case inline_op::count_x:
+    if (zd == 31) return false; // the zero register: nothing to write
+    move_constant(c, 9, pattern_elements(word, elem));
+    store_x(c, 9, kInlineRecord, x_offset(zd));
+    return true;
+  case inline_op::increment_x:
+  case inline_op::decrement_x: {
+    if (zd == 31) return false;
+    const int64_t step = pattern_elements(word, elem);
+    load_x(c, 9, kInlineRecord, x_offset(zd));
+    add_constant(c, 9, 9, op == inline_op::increment_x ? step : -step);
+    store_x(c, 9, kInlineRecord, x_offset(zd));
+    return true;
+  }
+  case inline_op::increment_z:
+  case inline_op::decrement_z: {
+    const uint64_t step = pattern_elements(word, elem);
+    broadcast_v1(c, size, step);
+    const bool add = op == inline_op::increment_z;
+    each_chunk_with_v1(c, zd, [size, add](unsigned d, unsigned n, unsigned m) {
+      return add ? add_v(size, d, n, m) : sub_v(size, d, n, m);
+    });
+    return true;
+  }
+  case inline_op::none:
+    break;
+  }
+  return false;
+}
+
+} // namespace
+
+bool form_is_inline(int form) {
+  return form >= 0 && form < kFormCount && table().op[form] != inline_op::none;
+}
+
+bool translate_inline(uint32_t word, inline_code* code) {
+  const int form = find_form(word);
+  if (!form_is_inline(form)) return false;
+  inline_code c;
+  if (!emit(table().op[form], kForms[form].elem, word, c) || c.overflow) return false;
+  *code = c;
+  return true;
+}
