@@ -1,5 +1,15 @@
 #include "inline_emit.h"
 
+void inline_code::land(unsigned index) {
+  if (index >= count) return;
+  const uint32_t distance = count - index;
+  const bool unconditional = (words[index] & 0xfc000000) == a64::kBranch;
+  if (unconditional)
+    words[index] |= distance & 0x3ffffff;
+  else
+    words[index] |= (distance & 0x7ffff) << 5;
+}
+
 namespace a64 {
 namespace {
 
@@ -59,6 +69,31 @@ void add_constant(inline_code& c, unsigned xd, unsigned xn, int64_t value) {
     move_constant(c, 15, uint64_t(value));
     c.put(0x8b000000 | 15u << 16 | xn << 5 | xd); // add xd, xn, x15
   }
+}
+
+uint32_t add_shifted(unsigned xd, unsigned xn, unsigned xm, unsigned shift) {
+  return 0x8b000000 | xm << 16 | shift << 10 | xn << 5 | xd;
+}
+uint32_t and_x(unsigned xd, unsigned xn, unsigned xm) {
+  return 0x8a000000 | xm << 16 | xn << 5 | xd;
+}
+
+namespace {
+// N:immr:imms of a logical immediate with one set bit per element.
+uint32_t element_ones_fields(simd_size size) {
+  static constexpr uint32_t kImms[] = {0x30, 0x20, 0x00, 0x00};
+  return (size == D ? 1u << 12 : 0u) | kImms[size];
+}
+} // namespace
+
+uint32_t and_element_ones(simd_size size, unsigned xd, unsigned xn) {
+  return 0x92000000 | element_ones_fields(size) << 10 | xn << 5 | xd;
+}
+uint32_t eor_element_ones(simd_size size, unsigned xd, unsigned xn) {
+  return 0xd2000000 | element_ones_fields(size) << 10 | xn << 5 | xd;
+}
+uint32_t umov_d(unsigned xd, unsigned vn, unsigned lane) {
+  return 0x4e083c00 | lane << 20 | vn << 5 | xd;
 }
 
 uint32_t add_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {

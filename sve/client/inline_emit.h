@@ -11,8 +11,13 @@
 
 // Registers of the inline code: the record is in X19 throughout a run; X9 to
 // X15 and every vector register are free there, since the record holds the
-// application's values.
+// application's values. X21 holds the entry that calls a thin decoder with
+// the word_call constants that follow its blr (transfer.h), and X22 the trace
+// gate (non-zero while the thread records its accesses), so that a memory
+// form can leave its work to the call path.
 constexpr unsigned kInlineRecord = 19;
+constexpr unsigned kInlineThinCall = 21;
+constexpr unsigned kInlineTraceGate = 22;
 constexpr unsigned kChunkBytes = 16;
 constexpr unsigned kVectorChunks = kVectorBytes / kChunkBytes;
 static_assert(kVectorBytes % kChunkBytes == 0, "the vector is a whole number of Q registers");
@@ -28,7 +33,11 @@ constexpr size_t p_offset(unsigned p, unsigned chunk) {
 constexpr size_t x_offset(unsigned x) { return offsetof(cpu_state, regs) + 8 * x; }
 
 // Up to this many words stand for one SVE word.
-constexpr unsigned kInlineMaxWords = 16 + 8 * kVectorChunks;
+constexpr unsigned kInlineMaxWords = 32 + 8 * kVectorChunks;
+
+// The words that, after a `blr` to the thin call entry, name the word to
+// emulate (the layout of word_call).
+constexpr unsigned kWordCallWords = 6;
 
 struct inline_code {
   uint32_t words[kInlineMaxWords];
@@ -41,6 +50,13 @@ struct inline_code {
     else
       overflow = true;
   }
+  // A branch whose target is set later by `land`: put it, keep its index.
+  unsigned put_branch(uint32_t opcode) {
+    put(opcode);
+    return count - 1;
+  }
+  // Points the branch at `index` (b, cbz, cbnz) at the next word put.
+  void land(unsigned index);
 };
 
 namespace a64 {
@@ -59,6 +75,19 @@ void move_constant(inline_code& c, unsigned xd, uint64_t value);
 // Xd = Xn + value (value may be negative; Xd and Xn are not SP), with X15 as
 // scratch for constants that no immediate form holds.
 void add_constant(inline_code& c, unsigned xd, unsigned xn, int64_t value);
+
+// Xd = Xn + (Xm << shift).
+uint32_t add_shifted(unsigned xd, unsigned xn, unsigned xm, unsigned shift);
+uint32_t and_x(unsigned xd, unsigned xn, unsigned xm);
+// Xd = Xn AND / EOR the pattern of one set bit at the bottom of every element
+// of 1 << size bytes (0x0101..01 for bytes, 1 for doublewords).
+uint32_t and_element_ones(simd_size size, unsigned xd, unsigned xn);
+uint32_t eor_element_ones(simd_size size, unsigned xd, unsigned xn);
+// Xd = the doubleword `lane` (0 or 1) of Vn.
+uint32_t umov_d(unsigned xd, unsigned vn, unsigned lane);
+constexpr uint32_t kBranch = 0x14000000;        // b
+constexpr uint32_t kBranchNonZero = 0xb5000000; // cbnz Xt: or in the register
+constexpr uint32_t kBlr = 0xd63f0000;           // or in Rn << 5
 
 // Three-register Advanced SIMD operations on full 128-bit vectors.
 uint32_t add_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);

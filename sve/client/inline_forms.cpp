@@ -25,6 +25,10 @@ enum class inline_op : uint8_t {
   decrement_x,
   increment_z,
   decrement_z,
+  load_imm, // ld1 Zt, Pg/z, [Xn|SP, #imm, mul vl], element size as memory
+  load_reg, // ld1 Zt, Pg/z, [Xn|SP, Xm, lsl #size]
+  store_imm,
+  store_reg,
 };
 
 struct form_entry {
@@ -49,13 +53,36 @@ struct inline_row {
   inline_op op;
 };
 constexpr inline_row kInlineRows[] = {
-    {"VecU*AddVVX", inline_op::add_zzz},       {"VecU*SubVVX", inline_op::sub_zzz},
-    {"VecU64AndVVX", inline_op::and_zzz},      {"VecU64OrVVX", inline_op::orr_zzz},
-    {"VecU64XorVVX", inline_op::eor_zzz},      {"VecU*AddVIX", inline_op::add_zi},
-    {"VecU*SubVIX", inline_op::sub_zi},        {"VecS*DupI", inline_op::dup_zi},
-    {"VecU*DupS", inline_op::dup_zr},          {"VecU*CountVLSI", inline_op::count_x},
-    {"VecU*IncrVLSI", inline_op::increment_x}, {"VecU*DecrVLSI", inline_op::decrement_x},
-    {"VecU*IncrVLVI", inline_op::increment_z}, {"VecU*DecrVLVI", inline_op::decrement_z},
+    {"VecU*AddVVX", inline_op::add_zzz},
+    {"VecU*SubVVX", inline_op::sub_zzz},
+    {"VecU64AndVVX", inline_op::and_zzz},
+    {"VecU64OrVVX", inline_op::orr_zzz},
+    {"VecU64XorVVX", inline_op::eor_zzz},
+    {"VecU*AddVIX", inline_op::add_zi},
+    {"VecU*SubVIX", inline_op::sub_zi},
+    {"VecS*DupI", inline_op::dup_zi},
+    {"VecU*DupS", inline_op::dup_zr},
+    {"VecU*CountVLSI", inline_op::count_x},
+    {"VecU*IncrVLSI", inline_op::increment_x},
+    {"VecU*DecrVLSI", inline_op::decrement_x},
+    {"VecU*IncrVLVI", inline_op::increment_z},
+    {"VecU*DecrVLVI", inline_op::decrement_z},
+    {"VecU8CLoad1SIZ", inline_op::load_imm},
+    {"VecU16CLoad2SIZ", inline_op::load_imm},
+    {"VecU32CLoad4SIZ", inline_op::load_imm},
+    {"VecU64CLoad8SIZ", inline_op::load_imm},
+    {"VecU8CLoad1LSSZ", inline_op::load_reg},
+    {"VecU16CLoad2LSSZ", inline_op::load_reg},
+    {"VecU32CLoad4LSSZ", inline_op::load_reg},
+    {"VecU64CLoad8LSSZ", inline_op::load_reg},
+    {"VecU8CStore1SIZ", inline_op::store_imm},
+    {"VecU16CStore2SIZ", inline_op::store_imm},
+    {"VecU32CStore4SIZ", inline_op::store_imm},
+    {"VecU64CStore8SIZ", inline_op::store_imm},
+    {"VecU8CStore1LSSZ", inline_op::store_reg},
+    {"VecU16CStore2LSSZ", inline_op::store_reg},
+    {"VecU32CStore4LSSZ", inline_op::store_reg},
+    {"VecU64CStore8LSSZ", inline_op::store_reg},
 };
 
 // "VecU*AddVVX" matches "VecU32AddVVX": the star stands for a run of digits.
@@ -147,7 +174,68 @@ bool shifted_imm8(uint32_t word, element_size elem, bool is_signed, uint64_t* va
   return true;
 }
 
-bool emit(inline_op op, element_size elem, uint32_t word, inline_code& c) {
+// A contiguous load or store of whole elements. The inline code takes the
+// common case only: tracing off and every element active, when the vector
+// moves in Q registers. Anything else branches to a call of the word's thin
+// decoder, after the fast code. The record changes only once every access
+// has succeeded, so a fault leaves it as before the word, with the word's
+// address in it, which is what the fault path hands the application.
+bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
+  const sve_decoder decoder = get_sve_handler(word);
+  if (decoder == nullptr) return false;
+  const unsigned zt = field(word, 4, 0), xn = field(word, 9, 5), pg = field(word, 12, 10);
+  const unsigned xm = field(word, 20, 16);
+  const bool load = op == inline_op::load_imm || op == inline_op::load_reg;
+
+  const unsigned to_call_if_tracing = c.put_branch(kBranchNonZero | kInlineTraceGate);
+  // Every element's first predicate byte set: the AND of all chunks, then of
+  // both halves, holds each element's byte at 1.
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    load_q(c, k == 0 ? 2 : 3, kInlineRecord, p_offset(pg, k));
+    if (k > 0) c.put(and_v(2, 2, 3));
+  }
+  c.put(umov_d(9, 2, 0));
+  c.put(umov_d(10, 2, 1));
+  c.put(and_x(9, 9, 10));
+  c.put(and_element_ones(size, 9, 9));
+  c.put(eor_element_ones(size, 9, 9));
+  const unsigned to_call_if_partial = c.put_branch(kBranchNonZero | 9);
+
+  move_constant(c, 10, pc);
+  store_x(c, 10, kInlineRecord, offsetof(cpu_state, pc));
+  load_x(c, 9, kInlineRecord, x_offset(xn));
+  if (op == inline_op::load_imm || op == inline_op::store_imm) {
+    const int imm4 = int(field(word, 19, 16) ^ 8) - 8;
+    if (imm4 != 0) add_constant(c, 9, 9, int64_t{imm4} * kVectorBytes);
+  } else if (xm != 31) {
+    load_x(c, 10, kInlineRecord, x_offset(xm));
+    c.put(add_shifted(9, 9, 10, size));
+  }
+  if (load) {
+    for (unsigned k = 0; k < kVectorChunks; ++k) load_q(c, k, 9, k * kChunkBytes);
+    for (unsigned k = 0; k < kVectorChunks; ++k) store_q(c, k, kInlineRecord, z_offset(zt, k));
+  } else {
+    for (unsigned k = 0; k < kVectorChunks; ++k) {
+      load_q(c, 0, kInlineRecord, z_offset(zt, k));
+      store_q(c, 0, 9, k * kChunkBytes);
+    }
+  }
+  const unsigned to_end = c.put_branch(kBranch);
+
+  c.land(to_call_if_tracing);
+  c.land(to_call_if_partial);
+  c.put(kBlr | kInlineThinCall << 5);
+  uint32_t constants[kWordCallWords] = {};
+  const uint64_t decoder_address = reinterpret_cast<uint64_t>(decoder);
+  std::memcpy(&constants[0], &decoder_address, 8);
+  std::memcpy(&constants[2], &pc, 8);
+  constants[4] = word;
+  for (uint32_t w : constants) c.put(w);
+  c.land(to_end);
+  return true;
+}
+
+bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_code& c) {
   const simd_size size = simd_size(elem);
   const unsigned zd = field(word, 4, 0), zn = field(word, 9, 5), zm = field(word, 20, 16);
   switch (op) {
@@ -215,6 +303,11 @@ bool emit(inline_op op, element_size elem, uint32_t word, inline_code& c) {
     });
     return true;
   }
+  case inline_op::load_imm:
+  case inline_op::load_reg:
+  case inline_op::store_imm:
+  case inline_op::store_reg:
+    return emit_contiguous(op, size, word, pc, c);
   case inline_op::none:
     break;
   }
@@ -227,11 +320,11 @@ bool form_is_inline(int form) {
   return form >= 0 && form < kFormCount && table().op[form] != inline_op::none;
 }
 
-bool translate_inline(uint32_t word, inline_code* code) {
+bool translate_inline(uint32_t word, uint64_t pc, inline_code* code) {
   const int form = find_form(word);
   if (!form_is_inline(form)) return false;
   inline_code c;
-  if (!emit(table().op[form], kForms[form].elem, word, c) || c.overflow) return false;
+  if (!emit(table().op[form], kForms[form].elem, word, pc, c) || c.overflow) return false;
   *code = c;
   return true;
 }

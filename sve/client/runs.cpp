@@ -13,6 +13,7 @@
 
 #include "../decode/decoders.h"
 #include "../decode/sve_utils.h"
+#include "../trace/roi.h"
 #include "emulate.h"
 #include "inline_forms.h"
 #include "mix.h"
@@ -54,6 +55,29 @@ void call_routine(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, void (*r
   insert(bb, where, pc, INSTR_CREATE_blr(dc, x(29)));
 }
 
+void insert_words(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, const uint32_t* words,
+                  unsigned count) {
+  instr_t* raw = instr_create(dc);
+  instr_allocate_raw_bits(dc, raw, 4 * count);
+  std::memcpy(instr_get_raw_bits(raw), words, 4 * count);
+  insert(bb, where, pc, raw);
+}
+
+// X22 gets the thread's trace gate, which inline memory code tests: a run
+// reads it as it opens and again after a word that may be a marker, the only
+// words that change it. Fragments are the thread's own, and so is the gate's
+// address.
+void load_trace_gate(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
+  inline_code code;
+  a64::move_constant(code, kInlineTraceGate, reinterpret_cast<uint64_t>(&enable_trace));
+  code.put(0x39400000 | kInlineTraceGate << 5 | kInlineTraceGate); // ldrb w22, [x22]
+  insert_words(dc, bb, where, pc, code.words, code.count);
+}
+
+bool may_be_marker(uint32_t word) {
+  return (word & ~0x1fu) == kRoiStartWord || (word & ~0x1fu) == kRoiStopWord;
+}
+
 // X27 gets the thread's record; the application's X26..X30 go straight into
 // it, the rest in zorvo_transfer_in.
 void open_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
@@ -72,6 +96,7 @@ void open_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
   dr_insert_runtime_thread_pointer_zorvo(dc, bb, where, DR_REG_X30, true);
   dr_insert_get_runtime_stack_top(dc, bb, where, DR_REG_X26);
   call_routine(dc, bb, where, pc, zorvo_transfer_in);
+  load_trace_gate(dc, bb, where, pc);
 }
 
 // Everything back; an emulated word may have written X26..X30 too.
@@ -94,16 +119,15 @@ std::atomic<uint64_t> words_inline{0}, words_called{0};
 // X19, with X9 to X15 and the vector registers free.
 bool insert_inline(void* dc, instrlist_t* bb, instr_t* instr) {
   inline_code code;
-  if (!inline_translation || !translate_inline(word_of(instr), &code)) return false;
   const app_pc pc = instr_get_app_pc(instr);
+  if (!inline_translation ||
+      !translate_inline(word_of(instr), reinterpret_cast<uint64_t>(pc), &code))
+    return false;
   mark_emulation_start(dc, bb, instr, pc);
   mix_insert_count(dc, bb, instr, pc, word_of(instr),
                    static_cast<cpu_state*>(drmgr_get_tls_field(dc, tls_idx)), DR_REG_X19,
                    DR_REG_X12);
-  instr_t* words = instr_create(dc);
-  instr_allocate_raw_bits(dc, words, 4 * code.count);
-  std::memcpy(instr_get_raw_bits(words), code.words, 4 * code.count);
-  insert(bb, instr, pc, words);
+  insert_words(dc, bb, instr, pc, code.words, code.count);
   drmgr_insert_emulation_end(dc, bb, instr);
   words_inline.fetch_add(1, std::memory_order_relaxed);
   instrlist_remove(bb, instr);
@@ -131,6 +155,7 @@ void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder
   instr_allocate_raw_bits(dc, data, sizeof constants);
   std::memcpy(instr_get_raw_bits(data), &constants, sizeof constants);
   insert(bb, instr, pc, data);
+  if (may_be_marker(word_of(instr))) load_trace_gate(dc, bb, instr, pc);
   drmgr_insert_emulation_end(dc, bb, instr);
   instrlist_remove(bb, instr);
   instr_destroy(dc, instr);

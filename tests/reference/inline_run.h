@@ -7,5 +7,7 @@
 #include "state/cpu_state.h"
 
 // False when the word has no inline code (it takes the call path). Otherwise
-// runs that code with the record in X19 and the host FPCR at `fpcr`.
-bool run_inline(uint32_t word, uint64_t fpcr, cpu_state* s);
+// runs the code for the word at pc with the record in X19, the host FPCR at
+// `fpcr`, and the trace gate open when `tracing` (memory forms then leave
+// their work to the call path).
+bool run_inline(uint32_t word, uint64_t pc, uint64_t fpcr, bool tracing, cpu_state* s);
