@@ -106,6 +106,25 @@ uint32_t and_v(unsigned vd, unsigned vn, unsigned vm) { return three_same(0x4e20
 uint32_t orr_v(unsigned vd, unsigned vn, unsigned vm) { return three_same(0x4ea01c00, vd, vn, vm); }
 uint32_t eor_v(unsigned vd, unsigned vn, unsigned vm) { return three_same(0x6e201c00, vd, vn, vm); }
 
+uint32_t fadd_v(bool is_double, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x4e20d400 | uint32_t(is_double) << 22, vd, vn, vm);
+}
+uint32_t fsub_v(bool is_double, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x4ea0d400 | uint32_t(is_double) << 22, vd, vn, vm);
+}
+uint32_t fmul_v(bool is_double, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x6e20dc00 | uint32_t(is_double) << 22, vd, vn, vm);
+}
+uint32_t fmla_v(bool is_double, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x4e20cc00 | uint32_t(is_double) << 22, vd, vn, vm);
+}
+uint32_t fmls_v(bool is_double, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x4ea0cc00 | uint32_t(is_double) << 22, vd, vn, vm);
+}
+uint32_t fneg_v(bool is_double, unsigned vd, unsigned vn) {
+  return 0x6ea0f800 | uint32_t(is_double) << 22 | vn << 5 | vd;
+}
+
 uint32_t dup_v_from_x(simd_size size, unsigned vd, unsigned xn) {
   return 0x4e000c00 | (1u << size) << 16 | xn << 5 | vd;
 }

@@ -95,6 +95,14 @@ uint32_t sub_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 uint32_t and_v(unsigned vd, unsigned vn, unsigned vm);
 uint32_t orr_v(unsigned vd, unsigned vn, unsigned vm);
 uint32_t eor_v(unsigned vd, unsigned vn, unsigned vm);
+// Floating point on full vectors of singles or doubles.
+uint32_t fadd_v(bool is_double, unsigned vd, unsigned vn, unsigned vm);
+uint32_t fsub_v(bool is_double, unsigned vd, unsigned vn, unsigned vm);
+uint32_t fmul_v(bool is_double, unsigned vd, unsigned vn, unsigned vm);
+// Vd + Vn * Vm and Vd - Vn * Vm, fused.
+uint32_t fmla_v(bool is_double, unsigned vd, unsigned vn, unsigned vm);
+uint32_t fmls_v(bool is_double, unsigned vd, unsigned vn, unsigned vm);
+uint32_t fneg_v(bool is_double, unsigned vd, unsigned vn);
 // Every lane of Vd from the low bits of Xn.
 uint32_t dup_v_from_x(simd_size size, unsigned vd, unsigned xn);
 

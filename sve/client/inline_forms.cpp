@@ -29,6 +29,18 @@ enum class inline_op : uint8_t {
   load_reg, // ld1 Zt, Pg/z, [Xn|SP, Xm, lsl #size]
   store_imm,
   store_reg,
+  fadd_zzz,
+  fsub_zzz,
+  fmul_zzz,
+  fadd_zpz,
+  fsub_zpz,
+  fmul_zpz,
+  fmla_zpzz,
+  fmls_zpzz,
+  fnmla_zpzz,
+  fnmls_zpzz,
+  fmad_zpzz,
+  fmsb_zpzz,
 };
 
 struct form_entry {
@@ -83,6 +95,30 @@ constexpr inline_row kInlineRows[] = {
     {"VecU16CStore2LSSZ", inline_op::store_reg},
     {"VecU32CStore4LSSZ", inline_op::store_reg},
     {"VecU64CStore8LSSZ", inline_op::store_reg},
+    {"VecF32AddVVX", inline_op::fadd_zzz},
+    {"VecD64AddVVX", inline_op::fadd_zzz},
+    {"VecF32SubVVX", inline_op::fsub_zzz},
+    {"VecD64SubVVX", inline_op::fsub_zzz},
+    {"VecF32MulVVX", inline_op::fmul_zzz},
+    {"VecD64MulVVX", inline_op::fmul_zzz},
+    {"VecF32AddVVM", inline_op::fadd_zpz},
+    {"VecD64AddVVM", inline_op::fadd_zpz},
+    {"VecF32SubVVM", inline_op::fsub_zpz},
+    {"VecD64SubVVM", inline_op::fsub_zpz},
+    {"VecF32MulVVM", inline_op::fmul_zpz},
+    {"VecD64MulVVM", inline_op::fmul_zpz},
+    {"VecF32FMAVVVM", inline_op::fmla_zpzz},
+    {"VecD64FMAVVVM", inline_op::fmla_zpzz},
+    {"VecF32FMSVVVM", inline_op::fmls_zpzz},
+    {"VecD64FMSVVVM", inline_op::fmls_zpzz},
+    {"VecF32FNMAVVVM", inline_op::fnmla_zpzz},
+    {"VecD64FNMAVVVM", inline_op::fnmla_zpzz},
+    {"VecF32FNMSVVVM", inline_op::fnmls_zpzz},
+    {"VecD64FNMSVVVM", inline_op::fnmls_zpzz},
+    {"VecF32FMADDVVVM", inline_op::fmad_zpzz},
+    {"VecD64FMADDVVVM", inline_op::fmad_zpzz},
+    {"VecF32FMSUBVVVM", inline_op::fmsb_zpzz},
+    {"VecD64FMSUBVVVM", inline_op::fmsb_zpzz},
 };
 
 // "VecU*AddVVX" matches "VecU32AddVVX": the star stands for a run of digits.
@@ -174,6 +210,130 @@ bool shifted_imm8(uint32_t word, element_size elem, bool is_signed, uint64_t* va
   return true;
 }
 
+// A branch (to be landed) taken unless every element of Pg is active, that is
+// each element's first predicate byte is 1: the AND of all chunks, then of
+// both halves, holds each element's byte at 1.
+unsigned branch_unless_all_true(inline_code& c, unsigned pg, simd_size size) {
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    load_q(c, k == 0 ? 2 : 3, kInlineRecord, p_offset(pg, k));
+    if (k > 0) c.put(and_v(2, 2, 3));
+  }
+  c.put(umov_d(9, 2, 0));
+  c.put(umov_d(10, 2, 1));
+  c.put(and_x(9, 9, 10));
+  c.put(and_element_ones(size, 9, 9));
+  c.put(eor_element_ones(size, 9, 9));
+  return c.put_branch(kBranchNonZero | 9);
+}
+
+// The call path for the word, as a run calls a thin decoder: `blr` to the
+// entry, followed by the decoder, the word's address and the word.
+void call_decoder(inline_code& c, sve_decoder decoder, uint32_t word, uint64_t pc) {
+  c.put(kBlr | kInlineThinCall << 5);
+  uint32_t constants[kWordCallWords] = {};
+  const uint64_t decoder_address = reinterpret_cast<uint64_t>(decoder);
+  std::memcpy(&constants[0], &decoder_address, 8);
+  std::memcpy(&constants[2], &pc, 8);
+  constants[4] = word;
+  for (uint32_t w : constants) c.put(w);
+}
+
+// The application's FPSR on the host around floating-point code, and its
+// flags back into the record: the architecture's cumulative flags, raised by
+// the same operations.
+void fpsr_in(inline_code& c) {
+  c.put(0xb9400000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
+  c.put(0xd51b4420 | 9); // msr fpsr, x9
+}
+void fpsr_out(inline_code& c) {
+  c.put(0xd53b4420 | 9); // mrs x9, fpsr
+  c.put(0xb9000000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
+}
+
+enum class fused : uint8_t { mla, mls, nmla, nmls };
+
+// Floating point on whole vectors: unpredicated, or predicated with every
+// element active (partial predicates take the call path, since an inactive
+// element must raise no flag). Q0 is the accumulator or first operand.
+bool emit_fp(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
+  const bool is_double = size == D;
+  const unsigned zd = field(word, 4, 0), f5 = field(word, 9, 5), f16 = field(word, 20, 16);
+  const unsigned pg = field(word, 12, 10);
+  const bool predicated =
+      op != inline_op::fadd_zzz && op != inline_op::fsub_zzz && op != inline_op::fmul_zzz;
+  unsigned to_call = 0;
+  if (predicated) to_call = branch_unless_all_true(c, pg, size);
+  fpsr_in(c);
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    auto operands = [&](unsigned first, unsigned second, unsigned third) {
+      load_q(c, 0, kInlineRecord, z_offset(first, k));
+      load_q(c, 1, kInlineRecord, z_offset(second, k));
+      if (third < 32) load_q(c, 2, kInlineRecord, z_offset(third, k));
+    };
+    switch (op) {
+    case inline_op::fadd_zzz:
+    case inline_op::fsub_zzz:
+    case inline_op::fmul_zzz:
+      operands(f5, f16, 32);
+      break;
+    case inline_op::fadd_zpz:
+    case inline_op::fsub_zpz:
+    case inline_op::fmul_zpz:
+      operands(zd, f5, 32);
+      break;
+    case inline_op::fmad_zpzz:
+    case inline_op::fmsb_zpzz:
+      operands(f16, zd, f5); // Za + Zdn * Zm
+      break;
+    default:
+      operands(zd, f5, f16); // Zda + Zn * Zm
+      break;
+    }
+    switch (op) {
+    case inline_op::fadd_zzz:
+    case inline_op::fadd_zpz:
+      c.put(fadd_v(is_double, 0, 0, 1));
+      break;
+    case inline_op::fsub_zzz:
+    case inline_op::fsub_zpz:
+      c.put(fsub_v(is_double, 0, 0, 1));
+      break;
+    case inline_op::fmul_zzz:
+    case inline_op::fmul_zpz:
+      c.put(fmul_v(is_double, 0, 0, 1));
+      break;
+    case inline_op::fmla_zpzz:
+    case inline_op::fmad_zpzz:
+      c.put(fmla_v(is_double, 0, 1, 2));
+      break;
+    case inline_op::fmls_zpzz:
+    case inline_op::fmsb_zpzz:
+      c.put(fmls_v(is_double, 0, 1, 2));
+      break;
+    case inline_op::fnmla_zpzz:
+      c.put(fneg_v(is_double, 0, 0));
+      c.put(fmls_v(is_double, 0, 1, 2));
+      break;
+    case inline_op::fnmls_zpzz:
+      c.put(fneg_v(is_double, 0, 0));
+      c.put(fmla_v(is_double, 0, 1, 2));
+      break;
+    default:
+      return false;
+    }
+    store_q(c, 0, kInlineRecord, z_offset(zd, k));
+  }
+  fpsr_out(c);
+  if (!predicated) return true;
+  const sve_decoder decoder = get_sve_handler(word);
+  if (decoder == nullptr) return false;
+  const unsigned to_end = c.put_branch(kBranch);
+  c.land(to_call);
+  call_decoder(c, decoder, word, pc);
+  c.land(to_end);
+  return true;
+}
+
 // A contiguous load or store of whole elements. The inline code takes the
 // common case only: tracing off and every element active, when the vector
 // moves in Q registers. Anything else branches to a call of the word's thin
@@ -188,18 +348,7 @@ bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, i
   const bool load = op == inline_op::load_imm || op == inline_op::load_reg;
 
   const unsigned to_call_if_tracing = c.put_branch(kBranchNonZero | kInlineTraceGate);
-  // Every element's first predicate byte set: the AND of all chunks, then of
-  // both halves, holds each element's byte at 1.
-  for (unsigned k = 0; k < kVectorChunks; ++k) {
-    load_q(c, k == 0 ? 2 : 3, kInlineRecord, p_offset(pg, k));
-    if (k > 0) c.put(and_v(2, 2, 3));
-  }
-  c.put(umov_d(9, 2, 0));
-  c.put(umov_d(10, 2, 1));
-  c.put(and_x(9, 9, 10));
-  c.put(and_element_ones(size, 9, 9));
-  c.put(eor_element_ones(size, 9, 9));
-  const unsigned to_call_if_partial = c.put_branch(kBranchNonZero | 9);
+  const unsigned to_call_if_partial = branch_unless_all_true(c, pg, size);
 
   move_constant(c, 10, pc);
   store_x(c, 10, kInlineRecord, offsetof(cpu_state, pc));
@@ -224,13 +373,7 @@ bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, i
 
   c.land(to_call_if_tracing);
   c.land(to_call_if_partial);
-  c.put(kBlr | kInlineThinCall << 5);
-  uint32_t constants[kWordCallWords] = {};
-  const uint64_t decoder_address = reinterpret_cast<uint64_t>(decoder);
-  std::memcpy(&constants[0], &decoder_address, 8);
-  std::memcpy(&constants[2], &pc, 8);
-  constants[4] = word;
-  for (uint32_t w : constants) c.put(w);
+  call_decoder(c, decoder, word, pc);
   c.land(to_end);
   return true;
 }
@@ -310,6 +453,8 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
     return emit_contiguous(op, size, word, pc, c);
   case inline_op::none:
     break;
+  default:
+    return emit_fp(op, size, word, pc, c);
   }
   return false;
 }
