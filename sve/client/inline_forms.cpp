@@ -41,6 +41,8 @@ enum class inline_op : uint8_t {
   fnmls_zpzz,
   fmad_zpzz,
   fmsb_zpzz,
+  while_lo, // whilelo and whilelt, W or X operands (bit 12)
+  while_lt,
 };
 
 struct form_entry {
@@ -119,10 +121,14 @@ constexpr inline_row kInlineRows[] = {
     {"VecD64FMADDVVVM", inline_op::fmad_zpzz},
     {"VecF32FMSUBVVVM", inline_op::fmsb_zpzz},
     {"VecD64FMSUBVVVM", inline_op::fmsb_zpzz},
+    {"VecU*While4LTSS", inline_op::while_lo},
+    {"VecU*While8LTSS", inline_op::while_lo},
+    {"VecS*While4LTSS", inline_op::while_lt},
+    {"VecS*While8LTSS", inline_op::while_lt},
 };
 
 // "VecU*AddVVX" matches "VecU32AddVVX": the star stands for a run of digits.
-bool name_matches(const char* pattern, const char* name) {
+constexpr bool name_matches(const char* pattern, const char* name) {
   for (; *pattern; ++pattern) {
     if (*pattern != '*') {
       if (*name++ != *pattern) return false;
@@ -134,22 +140,26 @@ bool name_matches(const char* pattern, const char* name) {
   return *name == '\0';
 }
 
+constexpr bool same_name(const char* a, const char* b) {
+  while (*a && *a == *b) ++a, ++b;
+  return *a == *b;
+}
+
+// Built by the compiler, so that translating costs no start-up.
 struct inline_table {
   inline_op op[kFormCount] = {};
-  inline_table() {
+  constexpr inline_table() {
     // The marker of a region of interest shares its row with `add`: it
     // switches tracing, which only the call path does.
     for (int f = 0; f < kFormCount; ++f)
-      if (std::strcmp(kForms[f].family, "roi_marker") != 0)
+      if (!same_name(kForms[f].family, "roi_marker"))
         for (const inline_row& r : kInlineRows)
           if (name_matches(r.pattern, kForms[f].decoder)) op[f] = r.op;
   }
 };
 
-const inline_table& table() {
-  static const inline_table t;
-  return t;
-}
+constexpr inline_table kTable;
+const inline_table& table() { return kTable; }
 
 unsigned field(uint32_t word, unsigned hi, unsigned lo) {
   return word >> lo & ((1u << (hi - lo + 1)) - 1);
@@ -334,6 +344,67 @@ bool emit_fp(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_co
   return true;
 }
 
+// Each element's number, in lanes of its size, for the predicate builders:
+// lane i of the vector holds i.
+struct lane_numbers {
+  alignas(16) uint8_t bytes[4][kVectorBytes] = {};
+  constexpr lane_numbers() {
+    for (unsigned size = 0; size < 4; ++size)
+      for (unsigned lane = 0; lane < kVectorBytes >> size; ++lane)
+        for (unsigned b = 0; b < (1u << size) && b < 8; ++b)
+          bytes[size][(lane << size) + b] = uint8_t(uint64_t{lane} >> (8 * b));
+  }
+};
+constexpr lane_numbers kLaneNumbers;
+
+// whilelo/whilelt: the first `count` elements active, count = the distance
+// from Rn up to Rm, at most the element count, 0 unless Rn < Rm. Flags as a
+// test of the result under an all-true predicate: N the first element
+// active, Z none, C not the last, V clear.
+bool emit_while(inline_op op, simd_size size, uint32_t word, inline_code& c) {
+  const unsigned elements = kVectorBytes >> size;
+  if (elements > 255 && size == B) return false; // byte lanes hold counts up to 255
+  const unsigned pd = field(word, 3, 0), rn = field(word, 9, 5), rm = field(word, 20, 16);
+  const bool wide = field(word, 12, 12), is_signed = op == inline_op::while_lt;
+  const unsigned regs[2] = {rn, rm};
+  for (unsigned i = 0; i < 2; ++i) {
+    const unsigned x = 9 + i;
+    if (regs[i] == 31) {
+      move_constant(c, x, 0);
+      continue;
+    }
+    load_x(c, x, kInlineRecord, x_offset(regs[i]));
+    if (!wide) c.put(is_signed ? 0x93407c00 | x << 5 | x : 0x2a0003e0 | x << 16 | x); // sxtw, mov w
+  }
+  c.put(0xeb0a013f);                              // cmp x9, x10
+  c.put(0xcb090140 | 11);                         // sub x11, x10, x9
+  const uint32_t below = is_signed ? 0xb : 0x3;   // lt, lo
+  c.put(0x9a9f0000 | below << 12 | 11 << 5 | 11); // csel x11, x11, xzr, below
+  move_constant(c, 12, elements);
+  c.put(0xf100001f | elements << 10 | 11 << 5); // cmp x11, #elements
+  c.put(0x9a8c3000 | 11 << 5 | 11);             // csel x11, x11, x12, lo
+  c.put(dup_v_from_x(size, 0, 11));
+  move_constant(c, 13, reinterpret_cast<uint64_t>(kLaneNumbers.bytes[size]));
+  const unsigned bits = 8u << size;
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    load_q(c, 1, 13, k * kChunkBytes);
+    c.put(0x6e203400 | size << 22 | 1 << 16 | 0 << 5 | 1); // cmhi v1, v0, v1
+    c.put(0x6f000400 | (bits + 1) << 16 | 1 << 5 | 1);     // ushr v1, v1, #bits-1
+    store_q(c, 1, kInlineRecord, p_offset(pd, k));
+  }
+  // NZCV: N = count != 0, Z = count == 0, C = count < elements (the flags
+  // of the compare with the element count are still there).
+  c.put(0x1a9f27e0 | 14);                                // cset w14, lo: C
+  c.put(0xf100017f);                                     // cmp x11, #0
+  c.put(0x1a9f17e0 | 15);                                // cset w15, eq: Z
+  c.put(0x1a9f07e0 | 9);                                 // cset w9, ne: N
+  c.put(0x2a000000 | 15 << 16 | 1 << 10 | 14 << 5 | 14); // orr w14, w14, w15, lsl #1
+  c.put(0x2a000000 | 9 << 16 | 2 << 10 | 14 << 5 | 14);  // orr w14, w14, w9, lsl #2
+  c.put(0x53000000 | 3 << 16 | 2 << 10 | 14 << 5 | 14);  // lsl w14, w14, #29
+  store_x(c, 14, kInlineRecord, offsetof(cpu_state, nzcv));
+  return true;
+}
+
 // A contiguous load or store of whole elements. The inline code takes the
 // common case only: tracing off and every element active, when the vector
 // moves in Q registers. Anything else branches to a call of the word's thin
@@ -451,6 +522,9 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
   case inline_op::store_imm:
   case inline_op::store_reg:
     return emit_contiguous(op, size, word, pc, c);
+  case inline_op::while_lo:
+  case inline_op::while_lt:
+    return emit_while(op, size, word, c);
   case inline_op::none:
     break;
   default:
