@@ -1,5 +1,6 @@
 #include "inline_forms.h"
 
+#include <atomic>
 #include <cstring>
 
 #include "../decode/sve_utils.h"
@@ -41,6 +42,18 @@ enum class inline_op : uint8_t {
   fnmls_zpzz,
   fmad_zpzz,
   fmsb_zpzz,
+  add_zpz, // integer, merging under any predicate
+  sub_zpz,
+  mul_zpz,
+  and_zpz,
+  orr_zpz,
+  eor_zpz,
+  smax_zpz,
+  umax_zpz,
+  smin_zpz,
+  umin_zpz,
+  sel_zpzz,
+  movprfx_zz,
   while_lo, // whilelo and whilelt, W or X operands (bit 12)
   while_lt,
 };
@@ -125,6 +138,28 @@ constexpr inline_row kInlineRows[] = {
     {"VecU*While8LTSS", inline_op::while_lo},
     {"VecS*While4LTSS", inline_op::while_lt},
     {"VecS*While8LTSS", inline_op::while_lt},
+    {"VecU*AddVVM", inline_op::add_zpz},
+    {"VecU*SubVVM", inline_op::sub_zpz},
+    {"VecU*AndVVM", inline_op::and_zpz},
+    {"VecU*OrVVM", inline_op::orr_zpz},
+    {"VecU*XorVVM", inline_op::eor_zpz},
+    {"VecS8MulVVM", inline_op::mul_zpz},
+    {"VecS16MulVVM", inline_op::mul_zpz},
+    {"VecS32MulVVM", inline_op::mul_zpz},
+    {"VecS8MaxVVM", inline_op::smax_zpz},
+    {"VecS16MaxVVM", inline_op::smax_zpz},
+    {"VecS32MaxVVM", inline_op::smax_zpz},
+    {"VecU8MaxVVM", inline_op::umax_zpz},
+    {"VecU16MaxVVM", inline_op::umax_zpz},
+    {"VecU32MaxVVM", inline_op::umax_zpz},
+    {"VecS8MinVVM", inline_op::smin_zpz},
+    {"VecS16MinVVM", inline_op::smin_zpz},
+    {"VecS32MinVVM", inline_op::smin_zpz},
+    {"VecU8MinVVM", inline_op::umin_zpz},
+    {"VecU16MinVVM", inline_op::umin_zpz},
+    {"VecU32MinVVM", inline_op::umin_zpz},
+    {"VecU*SelVV", inline_op::sel_zpzz},
+    {"VecU32SpecialMoveV", inline_op::movprfx_zz},
 };
 
 // "VecU*AddVVX" matches "VecU32AddVVX": the star stands for a run of digits.
@@ -145,21 +180,29 @@ constexpr bool same_name(const char* a, const char* b) {
   return *a == *b;
 }
 
-// Built by the compiler, so that translating costs no start-up.
-struct inline_table {
-  inline_op op[kFormCount] = {};
-  constexpr inline_table() {
-    // The marker of a region of interest shares its row with `add`: it
-    // switches tracing, which only the call path does.
-    for (int f = 0; f < kFormCount; ++f)
-      if (!same_name(kForms[f].family, "roi_marker"))
-        for (const inline_row& r : kInlineRows)
-          if (name_matches(r.pattern, kForms[f].decoder)) op[f] = r.op;
+// Each form's entry is looked up the first time a word of it is met, so that
+// neither start-up nor a block pays for the forms it does not use. Threads
+// that race store the same value.
+constexpr uint8_t kNotLookedUp = 0xff;
+std::atomic<uint8_t> form_ops[kFormCount];
+struct form_ops_init {
+  form_ops_init() {
+    for (auto& op : form_ops) op.store(kNotLookedUp, std::memory_order_relaxed);
   }
-};
+} init_form_ops;
 
-constexpr inline_table kTable;
-const inline_table& table() { return kTable; }
+inline_op op_of_form(int form) {
+  uint8_t op = form_ops[form].load(std::memory_order_relaxed);
+  if (op != kNotLookedUp) return inline_op(op);
+  op = uint8_t(inline_op::none);
+  // The marker of a region of interest shares its row with `add`: it
+  // switches tracing, which only the call path does.
+  if (!same_name(kForms[form].family, "roi_marker"))
+    for (const inline_row& r : kInlineRows)
+      if (name_matches(r.pattern, kForms[form].decoder)) op = uint8_t(r.op);
+  form_ops[form].store(op, std::memory_order_relaxed);
+  return inline_op(op);
+}
 
 unsigned field(uint32_t word, unsigned hi, unsigned lo) {
   return word >> lo & ((1u << (hi - lo + 1)) - 1);
@@ -344,6 +387,70 @@ bool emit_fp(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_co
   return true;
 }
 
+// Integer operations raise no flags, so a predicated one works on whole
+// vectors and keeps its inactive elements with a mask: each element's first
+// predicate byte, shifted to the element's top bit and spread over it.
+uint32_t mask_from_predicate(simd_size size, unsigned v) {
+  return 0x4f005400 | ((16u << size) - 1) << 16 | v << 5 | v; // shl v, #bits-1
+}
+uint32_t spread_top_bit(simd_size size, unsigned v) {
+  return 0x4f000400 | ((8u << size) + 1) << 16 | v << 5 | v; // sshr v, #bits-1
+}
+
+bool emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
+  const unsigned zd = field(word, 4, 0), zn = field(word, 9, 5), zm = field(word, 20, 16);
+  uint32_t opcode = 0;
+  switch (op) {
+  case inline_op::add_zpz:
+    opcode = add_v(size, 2, 0, 1);
+    break;
+  case inline_op::sub_zpz:
+    opcode = sub_v(size, 2, 0, 1);
+    break;
+  case inline_op::and_zpz:
+    opcode = and_v(2, 0, 1);
+    break;
+  case inline_op::orr_zpz:
+    opcode = orr_v(2, 0, 1);
+    break;
+  case inline_op::eor_zpz:
+    opcode = eor_v(2, 0, 1);
+    break;
+  case inline_op::mul_zpz:
+  case inline_op::smax_zpz:
+  case inline_op::umax_zpz:
+  case inline_op::smin_zpz:
+  case inline_op::umin_zpz: {
+    if (size == D) return false; // no doubleword form in Advanced SIMD: not in the table
+    const uint32_t base = op == inline_op::mul_zpz    ? 0x4e209c00
+                          : op == inline_op::smax_zpz ? 0x4e206400
+                          : op == inline_op::umax_zpz ? 0x6e206400
+                          : op == inline_op::smin_zpz ? 0x4e206c00
+                                                      : 0x6e206c00;
+    opcode = base | size << 22 | 1 << 16 | 0 << 5 | 2;
+    break;
+  }
+  case inline_op::sel_zpzz:
+    break;
+  default:
+    return false;
+  }
+  const bool select = op == inline_op::sel_zpzz;
+  const unsigned pg = select ? field(word, 13, 10) : field(word, 12, 10);
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    // sel: Zd = Pg ? Zn : Zm; the others: Zdn = Pg ? Zdn op Zm : Zdn.
+    load_q(c, 0, kInlineRecord, z_offset(select ? zm : zd, k));
+    load_q(c, select ? 2 : 1, kInlineRecord, z_offset(zn, k));
+    load_q(c, 3, kInlineRecord, p_offset(pg, k));
+    c.put(mask_from_predicate(size, 3));
+    c.put(spread_top_bit(size, 3));
+    if (!select) c.put(opcode);
+    c.put(0x6ea01c00 | 3 << 16 | 2 << 5 | 0); // bit v0, v2, v3
+    store_q(c, 0, kInlineRecord, z_offset(zd, k));
+  }
+  return true;
+}
+
 // Each element's number, in lanes of its size, for the predicate builders:
 // lane i of the vector holds i.
 struct lane_numbers {
@@ -525,6 +632,24 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
   case inline_op::while_lo:
   case inline_op::while_lt:
     return emit_while(op, size, word, c);
+  case inline_op::movprfx_zz:
+    for (unsigned k = 0; k < kVectorChunks; ++k) {
+      load_q(c, 0, kInlineRecord, z_offset(zn, k));
+      store_q(c, 0, kInlineRecord, z_offset(zd, k));
+    }
+    return true;
+  case inline_op::add_zpz:
+  case inline_op::sub_zpz:
+  case inline_op::mul_zpz:
+  case inline_op::and_zpz:
+  case inline_op::orr_zpz:
+  case inline_op::eor_zpz:
+  case inline_op::smax_zpz:
+  case inline_op::umax_zpz:
+  case inline_op::smin_zpz:
+  case inline_op::umin_zpz:
+  case inline_op::sel_zpzz:
+    return emit_merging(op, size, word, c);
   case inline_op::none:
     break;
   default:
@@ -536,14 +661,14 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
 } // namespace
 
 bool form_is_inline(int form) {
-  return form >= 0 && form < kFormCount && table().op[form] != inline_op::none;
+  return form >= 0 && form < kFormCount && op_of_form(form) != inline_op::none;
 }
 
 bool translate_inline(uint32_t word, uint64_t pc, inline_code* code) {
   const int form = find_form(word);
   if (!form_is_inline(form)) return false;
   inline_code c;
-  if (!emit(table().op[form], kForms[form].elem, word, pc, c) || c.overflow) return false;
+  if (!emit(op_of_form(form), kForms[form].elem, word, pc, c) || c.overflow) return false;
   *code = c;
   return true;
 }
