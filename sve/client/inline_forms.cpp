@@ -54,6 +54,9 @@ enum class inline_op : uint8_t {
   umin_zpz,
   sel_zpzz,
   movprfx_zz,
+  lsl_zzi, // unpredicated shifts by an immediate
+  asr_zzi,
+  lsr_zzi,
   while_lo, // whilelo and whilelt, W or X operands (bit 12)
   while_lt,
 };
@@ -160,6 +163,9 @@ constexpr inline_row kInlineRows[] = {
     {"VecU32MinVVM", inline_op::umin_zpz},
     {"VecU*SelVV", inline_op::sel_zpzz},
     {"VecU32SpecialMoveV", inline_op::movprfx_zz},
+    {"VecU*ShlVIX", inline_op::lsl_zzi},
+    {"VecS*ShrVIX", inline_op::asr_zzi},
+    {"VecU*ShrVIX", inline_op::lsr_zzi},
 };
 
 // "VecU*AddVVX" matches "VecU32AddVVX": the star stands for a run of digits.
@@ -632,6 +638,23 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
   case inline_op::while_lo:
   case inline_op::while_lt:
     return emit_while(op, size, word, c);
+  case inline_op::lsl_zzi:
+  case inline_op::asr_zzi:
+  case inline_op::lsr_zzi: {
+    // tsz:imm3 (bits 23:22, 20:16) says size and shift as shl, sshr and
+    // ushr's immh:immb do: the same value serves.
+    const unsigned shift_field = field(word, 23, 22) << 5 | field(word, 20, 16);
+    if (shift_field >> 3 == 0) return false; // no element size: unallocated
+    const uint32_t opcode = op == inline_op::lsl_zzi   ? 0x4f005400
+                            : op == inline_op::asr_zzi ? 0x4f000400
+                                                       : 0x6f000400;
+    for (unsigned k = 0; k < kVectorChunks; ++k) {
+      load_q(c, 0, kInlineRecord, z_offset(zn, k));
+      c.put(opcode | shift_field << 16);
+      store_q(c, 0, kInlineRecord, z_offset(zd, k));
+    }
+    return true;
+  }
   case inline_op::movprfx_zz:
     for (unsigned k = 0; k < kVectorChunks; ++k) {
       load_q(c, 0, kInlineRecord, z_offset(zn, k));
