@@ -42,6 +42,10 @@ void store_x(inline_code& c, unsigned xt, unsigned base, size_t offset) {
   scaled_access(c, 0xf9000000, 8, xt, base, offset);
 }
 
+void load_byte(inline_code& c, unsigned wt, unsigned base, size_t offset) {
+  scaled_access(c, 0x39400000, 1, wt, base, offset);
+}
+
 void move_constant(inline_code& c, unsigned xd, uint64_t value) {
   // movn for values whose high halfwords are all ones (small negatives).
   if (~value >> 16 == 0) {

@@ -69,6 +69,7 @@ void load_q(inline_code& c, unsigned qt, unsigned base, size_t offset);
 void store_q(inline_code& c, unsigned qt, unsigned base, size_t offset);
 void load_x(inline_code& c, unsigned xt, unsigned base, size_t offset);
 void store_x(inline_code& c, unsigned xt, unsigned base, size_t offset);
+void load_byte(inline_code& c, unsigned wt, unsigned base, size_t offset);
 
 // Any 64-bit constant into Xd with movz and movk.
 void move_constant(inline_code& c, unsigned xd, uint64_t value);

@@ -54,6 +54,7 @@ enum class inline_op : uint8_t {
   umin_zpz,
   sel_zpzz,
   movprfx_zz,
+  cmp_vv,  // integer compares of two vectors, into a predicate, with flags
   lsl_zzi, // unpredicated shifts by an immediate
   asr_zzi,
   lsr_zzi,
@@ -166,6 +167,12 @@ constexpr inline_row kInlineRows[] = {
     {"VecU*ShlVIX", inline_op::lsl_zzi},
     {"VecS*ShrVIX", inline_op::asr_zzi},
     {"VecU*ShrVIX", inline_op::lsr_zzi},
+    {"VecU*CmpFlgGEVVZ", inline_op::cmp_vv},
+    {"VecU*CmpFlgGTVVZ", inline_op::cmp_vv},
+    {"VecS*CmpFlgGEVVZ", inline_op::cmp_vv},
+    {"VecS*CmpFlgGTVVZ", inline_op::cmp_vv},
+    {"VecS*CmpFlgEQVVZ", inline_op::cmp_vv},
+    {"VecS*CmpFlgNEVVZ", inline_op::cmp_vv},
 };
 
 // "VecU*AddVVX" matches "VecU32AddVVX": the star stands for a run of digits.
@@ -457,6 +464,71 @@ bool emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
   return true;
 }
 
+// cmphs, cmphi, cmpge, cmpgt, cmpeq, cmpne Pd.T, Pg/z, Zn.T, Zm.T: under an
+// all-true Pg, Advanced SIMD compares give each element's mask, shifted down
+// to the predicate's byte; other predicates take the call path. Flags as a
+// test of the result under Pg: N its first element, Z none, C not its last.
+bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
+  const unsigned pd = field(word, 3, 0), zn = field(word, 9, 5), pg = field(word, 12, 10);
+  const unsigned zm = field(word, 20, 16);
+  // Bits 15 and 13 (op, o2) and 4 (ne) pick the comparison.
+  const unsigned kind = field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4);
+  uint32_t compare;
+  bool negate = false;
+  switch (kind) {
+  case 0b000:
+    compare = 0x6e203c00;
+    break; // cmphs: cmhs
+  case 0b001:
+    compare = 0x6e203400;
+    break; // cmphi: cmhi
+  case 0b100:
+    compare = 0x4e203c00;
+    break; // cmpge: cmge
+  case 0b101:
+    compare = 0x4e203400;
+    break; // cmpgt: cmgt
+  case 0b110:
+    compare = 0x6e208c00;
+    break; // cmpeq: cmeq
+  case 0b111:
+    compare = 0x6e208c00;
+    negate = true;
+    break; // cmpne: not cmeq
+  default:
+    return false;
+  }
+  const sve_decoder decoder = get_sve_handler(word);
+  if (decoder == nullptr) return false;
+  const unsigned to_call = branch_unless_all_true(c, pg, size);
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    load_q(c, 0, kInlineRecord, z_offset(zn, k));
+    load_q(c, 1, kInlineRecord, z_offset(zm, k));
+    c.put(compare | size << 22 | 1 << 16 | 0 << 5 | 0);
+    if (negate) c.put(0x6e205800);                             // mvn v0, v0
+    c.put(0x6f000400 | ((8u << size) + 1) << 16 | 0 << 5 | 0); // ushr v0, #bits-1
+    store_q(c, 0, kInlineRecord, p_offset(pd, k));
+    c.put(k == 0 ? 0x4ea01c02 : 0x4ea01c42); // mov v2, v0 / orr v2, v2, v0
+  }
+  c.put(umov_d(11, 2, 0));
+  c.put(umov_d(12, 2, 1));
+  c.put(0xaa0c016b); // orr x11, x11, x12
+  load_byte(c, 9, kInlineRecord, p_offset(pd, 0));
+  load_byte(c, 10, kInlineRecord, p_offset(pd, 0) + kVectorBytes - (1u << size));
+  c.put(0xf100017f);                                     // cmp x11, #0
+  c.put(0x1a9f17e0 | 11);                                // cset w11, eq: Z
+  c.put(0x52000000 | 10 << 5 | 10);                      // eor w10, w10, #1: C
+  c.put(0x2a000000 | 11 << 16 | 1 << 10 | 10 << 5 | 10); // orr w10, w10, w11, lsl #1
+  c.put(0x2a000000 | 9 << 16 | 2 << 10 | 10 << 5 | 10);  // orr w10, w10, w9, lsl #2
+  c.put(0x53000000 | 3 << 16 | 2 << 10 | 10 << 5 | 10);  // lsl w10, w10, #29
+  store_x(c, 10, kInlineRecord, offsetof(cpu_state, nzcv));
+  const unsigned to_end = c.put_branch(kBranch);
+  c.land(to_call);
+  call_decoder(c, decoder, word, pc);
+  c.land(to_end);
+  return true;
+}
+
 // Each element's number, in lanes of its size, for the predicate builders:
 // lane i of the vector holds i.
 struct lane_numbers {
@@ -638,6 +710,8 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
   case inline_op::while_lo:
   case inline_op::while_lt:
     return emit_while(op, size, word, c);
+  case inline_op::cmp_vv:
+    return emit_compare(size, word, pc, c);
   case inline_op::lsl_zzi:
   case inline_op::asr_zzi:
   case inline_op::lsr_zzi: {
