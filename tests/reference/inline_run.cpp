@@ -91,6 +91,11 @@ uint32_t* code_area() {
 bool run_inline(uint32_t word, uint64_t pc, uint64_t fpcr, bool tracing, cpu_state* s) {
   inline_code code;
   if (!translate_inline(word, pc, &code)) return false;
+  run_inline_code(code, fpcr, tracing, s);
+  return true;
+}
+
+void run_inline_code(const inline_code& code, uint64_t fpcr, bool tracing, cpu_state* s) {
   static unsigned next_slot = 0;
   uint32_t* slot = code_area() + (next_slot++ % kSlots) * kSlotWords;
   std::memcpy(slot, code.words, 4 * code.count);
@@ -98,5 +103,4 @@ bool run_inline(uint32_t word, uint64_t pc, uint64_t fpcr, bool tracing, cpu_sta
   __builtin___clear_cache(reinterpret_cast<char*>(slot),
                           reinterpret_cast<char*>(slot + code.count + 1));
   zorvo_enter_inline(s, slot, fpcr, tracing);
-  return true;
 }

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "client/inline_emit.h"
 #include "state/cpu_state.h"
 
 // False when the word has no inline code (it takes the call path). Otherwise
@@ -11,3 +12,6 @@
 // `fpcr`, and the trace gate open when `tracing` (memory forms then leave
 // their work to the call path).
 bool run_inline(uint32_t word, uint64_t pc, uint64_t fpcr, bool tracing, cpu_state* s);
+
+// The same for code put together by hand.
+void run_inline_code(const inline_code& code, uint64_t fpcr, bool tracing, cpu_state* s);
