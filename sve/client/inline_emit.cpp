@@ -1,8 +1,8 @@
 #include "inline_emit.h"
 
-void inline_code::land(unsigned index) {
+void inline_code::point(unsigned index, unsigned target) {
   if (index >= count) return;
-  const uint32_t distance = count - index;
+  const uint32_t distance = target - index;
   const bool unconditional = (words[index] & 0xfc000000) == a64::kBranch;
   if (unconditional)
     words[index] |= distance & 0x3ffffff;
@@ -44,6 +44,11 @@ void store_x(inline_code& c, unsigned xt, unsigned base, size_t offset) {
 
 void load_byte(inline_code& c, unsigned wt, unsigned base, size_t offset) {
   scaled_access(c, 0x39400000, 1, wt, base, offset);
+}
+
+uint32_t load_consecutive_q(unsigned vt, unsigned count, unsigned xn) {
+  static constexpr uint32_t kOpcode[] = {0x4c407000, 0x4c40a000, 0x4c406000, 0x4c402000};
+  return kOpcode[count - 1] | xn << 5 | vt;
 }
 
 void move_constant(inline_code& c, unsigned xd, uint64_t value) {

@@ -55,8 +55,10 @@ struct inline_code {
     put(opcode);
     return count - 1;
   }
-  // Points the branch at `index` (b, cbz, cbnz) at the next word put.
-  void land(unsigned index);
+  // Points the branch at `index` (b, cbz, cbnz, or a literal load) at the
+  // word at `target`, or at the next word put.
+  void point(unsigned index, unsigned target);
+  void land(unsigned index) { point(index, count); }
 };
 
 namespace a64 {
@@ -70,6 +72,8 @@ void store_q(inline_code& c, unsigned qt, unsigned base, size_t offset);
 void load_x(inline_code& c, unsigned xt, unsigned base, size_t offset);
 void store_x(inline_code& c, unsigned xt, unsigned base, size_t offset);
 void load_byte(inline_code& c, unsigned wt, unsigned base, size_t offset);
+// Q registers vt.. vt+count-1 (count 1 to 4) from consecutive bytes at Xn.
+uint32_t load_consecutive_q(unsigned vt, unsigned count, unsigned xn);
 
 // Any 64-bit constant into Xd with movz and movk.
 void move_constant(inline_code& c, unsigned xd, uint64_t value);
@@ -89,6 +93,7 @@ uint32_t umov_d(unsigned xd, unsigned vn, unsigned lane);
 constexpr uint32_t kBranch = 0x14000000;        // b
 constexpr uint32_t kBranchNonZero = 0xb5000000; // cbnz Xt: or in the register
 constexpr uint32_t kBlr = 0xd63f0000;           // or in Rn << 5
+constexpr uint32_t kLoadLiteralX = 0x58000000;  // ldr Xt, <label>: or in Rt
 
 // Three-register Advanced SIMD operations on full 128-bit vectors.
 uint32_t add_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);

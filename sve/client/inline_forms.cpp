@@ -280,9 +280,15 @@ bool shifted_imm8(uint32_t word, element_size elem, bool is_signed, uint64_t* va
 // each element's first predicate byte is 1: the AND of all chunks, then of
 // both halves, holds each element's byte at 1.
 unsigned branch_unless_all_true(inline_code& c, unsigned pg, simd_size size) {
-  for (unsigned k = 0; k < kVectorChunks; ++k) {
-    load_q(c, k == 0 ? 2 : 3, kInlineRecord, p_offset(pg, k));
-    if (k > 0) c.put(and_v(2, 2, 3));
+  if (kVectorChunks >= 3 && kVectorChunks <= 4) {
+    add_constant(c, 9, kInlineRecord, int64_t(p_offset(pg, 0)));
+    c.put(load_consecutive_q(2, kVectorChunks, 9));
+    for (unsigned k = 1; k < kVectorChunks; ++k) c.put(and_v(2, 2, 2 + k));
+  } else {
+    for (unsigned k = 0; k < kVectorChunks; ++k) {
+      load_q(c, k == 0 ? 2 : 3, kInlineRecord, p_offset(pg, k));
+      if (k > 0) c.put(and_v(2, 2, 3));
+    }
   }
   c.put(umov_d(9, 2, 0));
   c.put(umov_d(10, 2, 1));
@@ -577,15 +583,15 @@ bool emit_while(inline_op op, simd_size size, uint32_t word, inline_code& c) {
     c.put(0x6f000400 | (bits + 1) << 16 | 1 << 5 | 1);     // ushr v1, v1, #bits-1
     store_q(c, 1, kInlineRecord, p_offset(pd, k));
   }
-  // NZCV: N = count != 0, Z = count == 0, C = count < elements (the flags
-  // of the compare with the element count are still there).
-  c.put(0x1a9f27e0 | 14);                                // cset w14, lo: C
+  // NZCV from the three cases: N C when 0 < count < elements, Z C when
+  // count is 0, N alone when it is the element count (the flags of the
+  // compare with the element count are still there).
+  c.put(0x52a00000 | 0x8000 << 5 | 14);                  // mov w14, #0x80000000
+  c.put(0x52a00000 | 0xa000 << 5 | 15);                  // mov w15, #0xa0000000
+  c.put(0x1a800000 | 14 << 16 | 3 << 12 | 15 << 5 | 14); // csel w14, w15, w14, lo
+  c.put(0x52a00000 | 0x6000 << 5 | 15);                  // mov w15, #0x60000000
   c.put(0xf100017f);                                     // cmp x11, #0
-  c.put(0x1a9f17e0 | 15);                                // cset w15, eq: Z
-  c.put(0x1a9f07e0 | 9);                                 // cset w9, ne: N
-  c.put(0x2a000000 | 15 << 16 | 1 << 10 | 14 << 5 | 14); // orr w14, w14, w15, lsl #1
-  c.put(0x2a000000 | 9 << 16 | 2 << 10 | 14 << 5 | 14);  // orr w14, w14, w9, lsl #2
-  c.put(0x53000000 | 3 << 16 | 2 << 10 | 14 << 5 | 14);  // lsl w14, w14, #29
+  c.put(0x1a800000 | 14 << 16 | 0 << 12 | 15 << 5 | 14); // csel w14, w15, w14, eq
   store_x(c, 14, kInlineRecord, offsetof(cpu_state, nzcv));
   return true;
 }
@@ -606,7 +612,8 @@ bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, i
   const unsigned to_call_if_tracing = c.put_branch(kBranchNonZero | kInlineTraceGate);
   const unsigned to_call_if_partial = branch_unless_all_true(c, pg, size);
 
-  move_constant(c, 10, pc);
+  // The word's address is among the call's constants below.
+  const unsigned pc_literal = c.put_branch(kLoadLiteralX | 10);
   store_x(c, 10, kInlineRecord, offsetof(cpu_state, pc));
   load_x(c, 9, kInlineRecord, x_offset(xn));
   if (op == inline_op::load_imm || op == inline_op::store_imm) {
@@ -629,6 +636,7 @@ bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, i
 
   c.land(to_call_if_tracing);
   c.land(to_call_if_partial);
+  c.point(pc_literal, c.count + 1 + 2); // past the blr and the decoder
   call_decoder(c, decoder, word, pc);
   c.land(to_end);
   return true;
