@@ -13,7 +13,9 @@
 
 #include "../decode/decoders.h"
 #include "../decode/sve_utils.h"
+#include "../trace/roi.h"
 #include "emulate.h"
+#include "inline_forms.h"
 #include "mix.h"
 #include "record_words.h"
 #include "rewrite_ir.h"
@@ -53,6 +55,29 @@ void call_routine(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, void (*r
   insert(bb, where, pc, INSTR_CREATE_blr(dc, x(29)));
 }
 
+void insert_words(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, const uint32_t* words,
+                  unsigned count) {
+  instr_t* raw = instr_create(dc);
+  instr_allocate_raw_bits(dc, raw, 4 * count);
+  std::memcpy(instr_get_raw_bits(raw), words, 4 * count);
+  insert(bb, where, pc, raw);
+}
+
+// X22 gets the thread's trace gate, which inline memory code tests: a run
+// reads it as it opens and again after a word that may be a marker, the only
+// words that change it. Fragments are the thread's own, and so is the gate's
+// address.
+void load_trace_gate(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
+  inline_code code;
+  a64::move_constant(code, kInlineTraceGate, reinterpret_cast<uint64_t>(&enable_trace));
+  code.put(0x39400000 | kInlineTraceGate << 5 | kInlineTraceGate); // ldrb w22, [x22]
+  insert_words(dc, bb, where, pc, code.words, code.count);
+}
+
+bool may_be_marker(uint32_t word) {
+  return (word & ~0x1fu) == kRoiStartWord || (word & ~0x1fu) == kRoiStopWord;
+}
+
 // X27 gets the thread's record; the application's X26..X30 go straight into
 // it, the rest in zorvo_transfer_in.
 void open_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
@@ -71,6 +96,7 @@ void open_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
   dr_insert_runtime_thread_pointer_zorvo(dc, bb, where, DR_REG_X30, true);
   dr_insert_get_runtime_stack_top(dc, bb, where, DR_REG_X26);
   call_routine(dc, bb, where, pc, zorvo_transfer_in);
+  load_trace_gate(dc, bb, where, pc);
 }
 
 // Everything back; an emulated word may have written X26..X30 too.
@@ -86,12 +112,36 @@ void close_run(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
          INSTR_CREATE_ldr(dc, x(27), state_field(offsetof(cpu_state, regs[27]), OPSZ_8)));
 }
 
+bool inline_translation = true;
+std::atomic<uint64_t> words_inline{0}, words_called{0};
+
+// The word's own code in place of the call, when it has some: on the record at
+// X19, with X9 to X15 and the vector registers free.
+bool insert_inline(void* dc, instrlist_t* bb, instr_t* instr) {
+  inline_code code;
+  const app_pc pc = instr_get_app_pc(instr);
+  if (!inline_translation ||
+      !translate_inline(word_of(instr), reinterpret_cast<uint64_t>(pc), &code))
+    return false;
+  mark_emulation_start(dc, bb, instr, pc);
+  mix_insert_count(dc, bb, instr, pc, word_of(instr),
+                   static_cast<cpu_state*>(drmgr_get_tls_field(dc, tls_idx)), DR_REG_X19,
+                   DR_REG_X12);
+  insert_words(dc, bb, instr, pc, code.words, code.count);
+  drmgr_insert_emulation_end(dc, bb, instr);
+  words_inline.fetch_add(1, std::memory_order_relaxed);
+  instrlist_remove(bb, instr);
+  instr_destroy(dc, instr);
+  return true;
+}
+
 // Inside a run X19 holds the record, X20 zorvo_call_word and X21
 // zorvo_call_thin_word, which read the word, its address and its decoder
 // from the code after the blr.
 void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder) {
   const app_pc pc = instr_get_app_pc(instr);
   mark_emulation_start(dc, bb, instr, pc);
+  words_called.fetch_add(1, std::memory_order_relaxed);
   const int form = find_form(word_of(instr));
   // The decoder is the row's own: find_decoder asked the same lookup.
   const bool thin = form >= 0 && form_is_thin(form);
@@ -105,6 +155,7 @@ void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder
   instr_allocate_raw_bits(dc, data, sizeof constants);
   std::memcpy(instr_get_raw_bits(data), &constants, sizeof constants);
   insert(bb, instr, pc, data);
+  if (may_be_marker(word_of(instr))) load_trace_gate(dc, bb, instr, pc);
   drmgr_insert_emulation_end(dc, bb, instr);
   instrlist_remove(bb, instr);
   instr_destroy(dc, instr);
@@ -191,6 +242,14 @@ void side_exit(void* dc, instrlist_t* bb, instr_t* instr) {
 
 } // namespace
 
+void set_inline_translation(bool on) { inline_translation = on; }
+
+void log_translation_tiers() {
+  dr_log(NULL, DR_LOG_ALL, 1, "SVE words translated: %llu inline, %llu by calls\n",
+         static_cast<unsigned long long>(words_inline.load()),
+         static_cast<unsigned long long>(words_called.load()));
+}
+
 dr_emit_flags_t rewrite_runs(void* drcontext, instrlist_t* bb) {
   instr_t* next;
   bool in_run = false;
@@ -229,7 +288,7 @@ dr_emit_flags_t rewrite_runs(void* drcontext, instrlist_t* bb) {
       run_start = pc;
     }
     in_run = true;
-    call_decoder(drcontext, bb, instr, decoder);
+    if (!insert_inline(drcontext, bb, instr)) call_decoder(drcontext, bb, instr, decoder);
     if (next == NULL) close_run(drcontext, bb, NULL, pc);
   }
   return DR_EMIT_DEFAULT;

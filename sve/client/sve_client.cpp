@@ -157,7 +157,22 @@ dr_emit_flags_t event_instruction_change(void* drcontext, void* /*tag*/, instrli
   return DR_EMIT_DEFAULT;
 }
 
+// `--no-inline` keeps every word on the call path; it leaves argv.
+int take_inline_option(int argc, const char* argv[]) {
+  int kept = 1;
+  bool options = true;
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--") == 0) options = false;
+    if (options && std::strcmp(argv[i], "--no-inline") == 0)
+      set_inline_translation(false);
+    else
+      argv[kept++] = argv[i];
+  }
+  return kept;
+}
+
 void event_exit() {
+  if (!call_per_word) log_translation_tiers();
   dr_log(NULL, DR_LOG_ALL, 1, "SVE client exiting\n");
   sve_exit();
   mix_report();
@@ -171,7 +186,7 @@ void event_exit() {
 DR_EXPORT void dr_client_main(client_id_t /*id*/, int argc, const char* argv[]) {
   dr_set_client_name("Zorvo SVE emulation client", "zorvo-maintainers@example.org");
   std::string parse_err;
-  argc = take_mix_options(argc, argv, &parse_err);
+  argc = take_mix_options(take_inline_option(argc, argv), argv, &parse_err);
   if (argc < 0 ||
       !droption_parser_t::parse_argv(DROPTION_SCOPE_CLIENT, argc, argv, &parse_err, NULL)) {
     dr_fprintf(STDERR, "SVE emulation client usage error: %s\n", parse_err.c_str());

@@ -10,7 +10,11 @@
 #include "compare.h"
 #include "design_differences.h"
 #include "draw.h"
+#include "inline_run.h"
 #include "native_run.h"
+
+#include "client/inline_forms.h"
+#include "decode/sve_utils.h"
 
 #include "forms/describe.h"
 
@@ -105,7 +109,32 @@ struct row_run {
         before_mem(memory ? area.bytes : 0), expected_mem(before_mem.size()) {}
 
   void run_case(unsigned index, unsigned slot, uint32_t word);
+  // Holds one tier's result against the reference's; false on a difference.
+  bool matches(const char* tier, unsigned index, uint32_t word, const machine_state& before,
+               const machine_state& expected, const cpu_state& raw);
 };
+
+bool row_run::matches(const char* tier, unsigned index, uint32_t word, const machine_state& before,
+                      const machine_state& expected, const cpu_state& raw) {
+  machine_state actual;
+  from_cpu_state(raw, &actual);
+  compare_rules rules{p.elem_bytes > 8 ? 8 : p.elem_bytes, decides_by_page(p), word & 0x1f, 0, 0};
+  const memory_images images{before_mem.data(), expected_mem.data(), area.begin,
+                             memory ? area.bytes : 0, reinterpret_cast<uint64_t>(area.begin)};
+  comparison c = compare_results(before, expected, actual, raw, images, rules);
+  if (!c.equal && report.written < o.reports) {
+    // Again, with the operands' inputs beside each differing element.
+    named_registers(describe(word), &rules);
+    c = compare_results(before, expected, actual, raw, images, rules);
+  }
+  if (!c.equal) {
+    c.lines.insert(c.lines.begin(), std::string("the ") + tier + " differs:");
+    report.failure(index, word, c.lines);
+    return false;
+  }
+  if (c.relaxed) ++r.relaxed;
+  return true;
+}
 
 void row_run::run_case(unsigned index, unsigned slot, uint32_t word) {
   ++r.cases;
@@ -150,24 +179,22 @@ void row_run::run_case(unsigned index, unsigned slot, uint32_t word) {
                     " for this word after carrying out others"});
     return;
   }
-  machine_state actual;
-  from_cpu_state(raw, &actual);
-  compare_rules rules{p.elem_bytes > 8 ? 8 : p.elem_bytes, decides_by_page(p), word & 0x1f, 0, 0};
-  const memory_images images{before_mem.data(), expected_mem.data(), area.begin,
-                             memory ? area.bytes : 0, reinterpret_cast<uint64_t>(area.begin)};
-  comparison c = compare_results(before, expected, actual, raw, images, rules);
-  if (!c.equal && report.written < o.reports) {
-    // Again, with the operands' inputs beside each differing element.
-    named_registers(describe(word), &rules);
-    c = compare_results(before, expected, actual, raw, images, rules);
+  bool equal = matches("call path", index, word, before, expected, raw);
+  // The same case through the code the inline tier emits, when it has some.
+  if (memory) std::memcpy(area.begin, before_mem.data(), area.bytes);
+  std::memset(&raw, 0, sizeof raw);
+  to_cpu_state(before, &raw);
+  raw.pc = native_word_address(slot);
+  // Memory forms see the trace gate open in every other case, and must then
+  // give the same result through the call path.
+  if (run_inline(word, raw.pc, before.fpcr, memory && index % 2 == 1, &raw)) {
+    ++r.inline_cases;
+    equal = matches("inline code", index, word, before, expected, raw) && equal;
   }
-  if (!c.equal) {
+  if (equal)
+    ++r.passed;
+  else
     ++r.failed;
-    report.failure(index, word, c.lines);
-    return;
-  }
-  ++r.passed;
-  if (c.relaxed) ++r.relaxed;
 }
 
 } // namespace
@@ -211,6 +238,12 @@ row_outcome check_row(const row_profile& p, const check_options& o) {
   if (!run.r.unimplemented && run.r.cases > 0 && run.r.passed + run.r.failed == 0) {
     run.r.nothing_compared = true;
     std::fprintf(o.out, "FAIL %s: every case was skipped, so nothing was compared\n", p.row->name);
+  }
+  int rows = 0;
+  if (form_is_inline(static_cast<int>(p.row - decode_rows(&rows))) &&
+      run.r.passed + run.r.failed > 0 && run.r.inline_cases == 0) {
+    run.r.nothing_compared = true;
+    std::fprintf(o.out, "FAIL %s: the row has inline code, but no case ran it\n", p.row->name);
   }
   if (run.report.written > o.reports)
     std::fprintf(o.out, "FAIL %s: %u more failing cases not shown\n", p.row->name,

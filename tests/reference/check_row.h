@@ -13,6 +13,7 @@ const char* status_name(row_status s);
 struct row_outcome {
   unsigned cases = 0, passed = 0, failed = 0, skipped = 0;
   unsigned relaxed = 0;          // cases that passed only through a design difference
+  unsigned inline_cases = 0;     // cases that the inline tier's code ran as well
   bool unimplemented = false;    // the decoder said so
   bool nothing_compared = false; // every case was skipped: the row is unverified
   row_status status() const;

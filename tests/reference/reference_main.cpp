@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "check_row.h"
+#include "client/inline_forms.h"
 #include "design_differences.h"
 #include "native_run.h"
 
@@ -120,10 +121,14 @@ struct checked_row {
   row_outcome outcome;
 };
 
-const char* tier(const decode_row& r) {
-  return r.kind == DECODER_THIN     ? r.handler
-         : r.kind == DECODER_BRIDGE ? "(generic tier)"
-                                    : "(none)";
+// The inline code first when the row has some: the call path stays for the
+// encodings it does not cover and for `--no-inline`.
+std::string tier(const decode_row& r) {
+  int count = 0;
+  const std::string call = r.kind == DECODER_THIN     ? r.handler
+                           : r.kind == DECODER_BRIDGE ? "(generic tier)"
+                                                      : "(none)";
+  return form_is_inline(static_cast<int>(&r - decode_rows(&count))) ? "inline; " + call : call;
 }
 
 std::string summary(const std::vector<checked_row>& rows) {
@@ -163,12 +168,15 @@ bool write_markdown(const char* path, const options& o, const std::vector<checke
   std::fprintf(f, "\n## Where the reference processor is wrong\n\n");
   list_differences(f, "- ", "**", reference_defects);
   std::fprintf(
-      f, "\n## Rows\n\n| Decoder | Fast handler | Cases | Passed | Failed | Skipped | Status |\n"
-         "|---|---|---:|---:|---:|---:|---|\n");
+      f, "\n## Rows\n\nTier: *inline*, the row's words are translated into code in the fragment\n"
+         "(every case of such a row runs that code as well as the call path, and both\n"
+         "are compared); then the fast handler the call path takes, or the generic tier.\n\n"
+         "| Decoder | Tier | Cases | Passed | Failed | Skipped | Inline cases | Status |\n"
+         "|---|---|---:|---:|---:|---:|---:|---|\n");
   for (const checked_row& c : rows)
-    std::fprintf(f, "| `%s` | %s | %u | %u | %u | %u | %s |\n", c.row->name, tier(*c.row),
-                 c.outcome.cases, c.outcome.passed, c.outcome.failed, c.outcome.skipped,
-                 status_name(c.outcome.status()));
+    std::fprintf(f, "| `%s` | %s | %u | %u | %u | %u | %u | %s |\n", c.row->name,
+                 tier(*c.row).c_str(), c.outcome.cases, c.outcome.passed, c.outcome.failed,
+                 c.outcome.skipped, c.outcome.inline_cases, status_name(c.outcome.status()));
   return std::fclose(f) == 0;
 }
 
@@ -192,13 +200,13 @@ int main(int argc, char** argv) {
   int count = 0;
   const decode_row* rows = decode_rows(&count);
   std::vector<checked_row> checked;
-  std::printf("%-28s %7s %7s %7s %7s  %s\n", "decoder", "cases", "passed", "failed", "skipped",
-              "status");
+  std::printf("%-28s %7s %7s %7s %7s %7s  %s\n", "decoder", "cases", "passed", "failed", "skipped",
+              "inline", "status");
   for (int i = 0; i < count; ++i) {
     if (!selected(o, rows[i].name)) continue;
     const row_outcome r = check_row(profile_of(rows[i]), o.check);
-    std::printf("%-28s %7u %7u %7u %7u  %s\n", rows[i].name, r.cases, r.passed, r.failed, r.skipped,
-                status_name(r.status()));
+    std::printf("%-28s %7u %7u %7u %7u %7u  %s\n", rows[i].name, r.cases, r.passed, r.failed,
+                r.skipped, r.inline_cases, status_name(r.status()));
     std::fflush(stdout);
     checked.push_back({&rows[i], r});
   }

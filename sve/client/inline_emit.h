@@ -1,0 +1,115 @@
+// A64 and Advanced SIMD words for the code that carries out SVE words inline,
+// on the register record, with no call. Each helper encodes one instruction;
+// the record offsets come from cpu_state.h and the vector length from
+// kVectorBytes, so the same code serves any length that is a multiple of 16.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "../state/cpu_state.h"
+
+// Registers of the inline code: the record is in X19 throughout a run; X9 to
+// X15 and every vector register are free there, since the record holds the
+// application's values. X21 holds the entry that calls a thin decoder with
+// the word_call constants that follow its blr (transfer.h), and X22 the trace
+// gate (non-zero while the thread records its accesses), so that a memory
+// form can leave its work to the call path.
+constexpr unsigned kInlineRecord = 19;
+constexpr unsigned kInlineThinCall = 21;
+constexpr unsigned kInlineTraceGate = 22;
+constexpr unsigned kChunkBytes = 16;
+constexpr unsigned kVectorChunks = kVectorBytes / kChunkBytes;
+static_assert(kVectorBytes % kChunkBytes == 0, "the vector is a whole number of Q registers");
+
+// Where the record keeps a register, and the 16 bytes of a vector register
+// that one Q register holds.
+constexpr size_t z_offset(unsigned z, unsigned chunk) {
+  return offsetof(cpu_state, z) + z * sizeof(cpu_state::z[0]) + chunk * kChunkBytes;
+}
+constexpr size_t p_offset(unsigned p, unsigned chunk) {
+  return offsetof(cpu_state, p) + p * sizeof(cpu_state::p[0]) + chunk * kChunkBytes;
+}
+constexpr size_t x_offset(unsigned x) { return offsetof(cpu_state, regs) + 8 * x; }
+
+// Up to this many words stand for one SVE word.
+constexpr unsigned kInlineMaxWords = 32 + 8 * kVectorChunks;
+
+// The words that, after a `blr` to the thin call entry, name the word to
+// emulate (the layout of word_call).
+constexpr unsigned kWordCallWords = 6;
+
+struct inline_code {
+  uint32_t words[kInlineMaxWords];
+  unsigned count = 0;
+  bool overflow = false; // a word did not fit, or an offset was out of reach
+
+  void put(uint32_t word) {
+    if (count < kInlineMaxWords)
+      words[count++] = word;
+    else
+      overflow = true;
+  }
+  // A branch whose target is set later by `land`: put it, keep its index.
+  unsigned put_branch(uint32_t opcode) {
+    put(opcode);
+    return count - 1;
+  }
+  // Points the branch at `index` (b, cbz, cbnz, or a literal load) at the
+  // word at `target`, or at the next word put.
+  void point(unsigned index, unsigned target);
+  void land(unsigned index) { point(index, count); }
+};
+
+namespace a64 {
+
+// Element size as the Advanced SIMD `size` field has it: 0 B .. 3 D.
+enum simd_size : unsigned { B = 0, H = 1, S = 2, D = 3 };
+
+// ldr/str of a Q or X register at an unsigned, scaled offset from a base.
+void load_q(inline_code& c, unsigned qt, unsigned base, size_t offset);
+void store_q(inline_code& c, unsigned qt, unsigned base, size_t offset);
+void load_x(inline_code& c, unsigned xt, unsigned base, size_t offset);
+void store_x(inline_code& c, unsigned xt, unsigned base, size_t offset);
+void load_byte(inline_code& c, unsigned wt, unsigned base, size_t offset);
+// Q registers vt.. vt+count-1 (count 1 to 4) from consecutive bytes at Xn.
+uint32_t load_consecutive_q(unsigned vt, unsigned count, unsigned xn);
+
+// Any 64-bit constant into Xd with movz and movk.
+void move_constant(inline_code& c, unsigned xd, uint64_t value);
+// Xd = Xn + value (value may be negative; Xd and Xn are not SP), with X15 as
+// scratch for constants that no immediate form holds.
+void add_constant(inline_code& c, unsigned xd, unsigned xn, int64_t value);
+
+// Xd = Xn + (Xm << shift).
+uint32_t add_shifted(unsigned xd, unsigned xn, unsigned xm, unsigned shift);
+uint32_t and_x(unsigned xd, unsigned xn, unsigned xm);
+// Xd = Xn AND / EOR the pattern of one set bit at the bottom of every element
+// of 1 << size bytes (0x0101..01 for bytes, 1 for doublewords).
+uint32_t and_element_ones(simd_size size, unsigned xd, unsigned xn);
+uint32_t eor_element_ones(simd_size size, unsigned xd, unsigned xn);
+// Xd = the doubleword `lane` (0 or 1) of Vn.
+uint32_t umov_d(unsigned xd, unsigned vn, unsigned lane);
+constexpr uint32_t kBranch = 0x14000000;        // b
+constexpr uint32_t kBranchNonZero = 0xb5000000; // cbnz Xt: or in the register
+constexpr uint32_t kBlr = 0xd63f0000;           // or in Rn << 5
+constexpr uint32_t kLoadLiteralX = 0x58000000;  // ldr Xt, <label>: or in Rt
+
+// Three-register Advanced SIMD operations on full 128-bit vectors.
+uint32_t add_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
+uint32_t sub_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
+uint32_t and_v(unsigned vd, unsigned vn, unsigned vm);
+uint32_t orr_v(unsigned vd, unsigned vn, unsigned vm);
+uint32_t eor_v(unsigned vd, unsigned vn, unsigned vm);
+// Floating point on full vectors of singles or doubles.
+uint32_t fadd_v(bool is_double, unsigned vd, unsigned vn, unsigned vm);
+uint32_t fsub_v(bool is_double, unsigned vd, unsigned vn, unsigned vm);
+uint32_t fmul_v(bool is_double, unsigned vd, unsigned vn, unsigned vm);
+// Vd + Vn * Vm and Vd - Vn * Vm, fused.
+uint32_t fmla_v(bool is_double, unsigned vd, unsigned vn, unsigned vm);
+uint32_t fmls_v(bool is_double, unsigned vd, unsigned vn, unsigned vm);
+uint32_t fneg_v(bool is_double, unsigned vd, unsigned vn);
+// Every lane of Vd from the low bits of Xn.
+uint32_t dup_v_from_x(simd_size size, unsigned vd, unsigned xn);
+
+} // namespace a64

@@ -1,0 +1,786 @@
+#include "inline_forms.h"
+
+#include <atomic>
+#include <cstring>
+
+#include "../decode/sve_utils.h"
+#include "../handlers/pattern_count.h"
+
+namespace {
+
+using namespace a64;
+
+enum class inline_op : uint8_t {
+  none,
+  add_zzz,
+  sub_zzz,
+  and_zzz,
+  orr_zzz,
+  eor_zzz,
+  add_zi,
+  sub_zi,
+  dup_zi,
+  dup_zr,
+  count_x,
+  increment_x,
+  decrement_x,
+  increment_z,
+  decrement_z,
+  load_imm, // ld1 Zt, Pg/z, [Xn|SP, #imm, mul vl], element size as memory
+  load_reg, // ld1 Zt, Pg/z, [Xn|SP, Xm, lsl #size]
+  store_imm,
+  store_reg,
+  fadd_zzz,
+  fsub_zzz,
+  fmul_zzz,
+  fadd_zpz,
+  fsub_zpz,
+  fmul_zpz,
+  fmla_zpzz,
+  fmls_zpzz,
+  fnmla_zpzz,
+  fnmls_zpzz,
+  fmad_zpzz,
+  fmsb_zpzz,
+  add_zpz, // integer, merging under any predicate
+  sub_zpz,
+  mul_zpz,
+  and_zpz,
+  orr_zpz,
+  eor_zpz,
+  smax_zpz,
+  umax_zpz,
+  smin_zpz,
+  umin_zpz,
+  sel_zpzz,
+  movprfx_zz,
+  cmp_vv,  // integer compares of two vectors, into a predicate, with flags
+  lsl_zzi, // unpredicated shifts by an immediate
+  asr_zzi,
+  lsr_zzi,
+  while_lo, // whilelo and whilelt, W or X operands (bit 12)
+  while_lt,
+};
+
+struct form_entry {
+  const char* family;
+  const char* decoder;
+  element_size elem;
+};
+
+// Every row of forms.inc, by index, as find_form numbers them.
+constexpr form_entry kForms[] = {
+#define THIN(family, map, key, decoder, shape, elem, ...) {#family, #decoder, elem},
+#define BRIDGE(family, map, key, decoder, shape, elem, ...) {#family, #decoder, elem},
+#define EMPTY(map, key, decoder, ...) {"", #decoder, ELEM_B},
+#include "../decode/forms.inc"
+};
+static_assert(sizeof kForms / sizeof kForms[0] == kFormCount);
+
+// The inline forms by the name of their row's decoder; one name stands for
+// its rows at every element size ("VecU*AddVVX": the size is the row's).
+struct inline_row {
+  const char* pattern;
+  inline_op op;
+};
+constexpr inline_row kInlineRows[] = {
+    {"VecU*AddVVX", inline_op::add_zzz},
+    {"VecU*SubVVX", inline_op::sub_zzz},
+    {"VecU64AndVVX", inline_op::and_zzz},
+    {"VecU64OrVVX", inline_op::orr_zzz},
+    {"VecU64XorVVX", inline_op::eor_zzz},
+    {"VecU*AddVIX", inline_op::add_zi},
+    {"VecU*SubVIX", inline_op::sub_zi},
+    {"VecS*DupI", inline_op::dup_zi},
+    {"VecU*DupS", inline_op::dup_zr},
+    {"VecU*CountVLSI", inline_op::count_x},
+    {"VecU*IncrVLSI", inline_op::increment_x},
+    {"VecU*DecrVLSI", inline_op::decrement_x},
+    {"VecU*IncrVLVI", inline_op::increment_z},
+    {"VecU*DecrVLVI", inline_op::decrement_z},
+    {"VecU8CLoad1SIZ", inline_op::load_imm},
+    {"VecU16CLoad2SIZ", inline_op::load_imm},
+    {"VecU32CLoad4SIZ", inline_op::load_imm},
+    {"VecU64CLoad8SIZ", inline_op::load_imm},
+    {"VecU8CLoad1LSSZ", inline_op::load_reg},
+    {"VecU16CLoad2LSSZ", inline_op::load_reg},
+    {"VecU32CLoad4LSSZ", inline_op::load_reg},
+    {"VecU64CLoad8LSSZ", inline_op::load_reg},
+    {"VecU8CStore1SIZ", inline_op::store_imm},
+    {"VecU16CStore2SIZ", inline_op::store_imm},
+    {"VecU32CStore4SIZ", inline_op::store_imm},
+    {"VecU64CStore8SIZ", inline_op::store_imm},
+    {"VecU8CStore1LSSZ", inline_op::store_reg},
+    {"VecU16CStore2LSSZ", inline_op::store_reg},
+    {"VecU32CStore4LSSZ", inline_op::store_reg},
+    {"VecU64CStore8LSSZ", inline_op::store_reg},
+    {"VecF32AddVVX", inline_op::fadd_zzz},
+    {"VecD64AddVVX", inline_op::fadd_zzz},
+    {"VecF32SubVVX", inline_op::fsub_zzz},
+    {"VecD64SubVVX", inline_op::fsub_zzz},
+    {"VecF32MulVVX", inline_op::fmul_zzz},
+    {"VecD64MulVVX", inline_op::fmul_zzz},
+    {"VecF32AddVVM", inline_op::fadd_zpz},
+    {"VecD64AddVVM", inline_op::fadd_zpz},
+    {"VecF32SubVVM", inline_op::fsub_zpz},
+    {"VecD64SubVVM", inline_op::fsub_zpz},
+    {"VecF32MulVVM", inline_op::fmul_zpz},
+    {"VecD64MulVVM", inline_op::fmul_zpz},
+    {"VecF32FMAVVVM", inline_op::fmla_zpzz},
+    {"VecD64FMAVVVM", inline_op::fmla_zpzz},
+    {"VecF32FMSVVVM", inline_op::fmls_zpzz},
+    {"VecD64FMSVVVM", inline_op::fmls_zpzz},
+    {"VecF32FNMAVVVM", inline_op::fnmla_zpzz},
+    {"VecD64FNMAVVVM", inline_op::fnmla_zpzz},
+    {"VecF32FNMSVVVM", inline_op::fnmls_zpzz},
+    {"VecD64FNMSVVVM", inline_op::fnmls_zpzz},
+    {"VecF32FMADDVVVM", inline_op::fmad_zpzz},
+    {"VecD64FMADDVVVM", inline_op::fmad_zpzz},
+    {"VecF32FMSUBVVVM", inline_op::fmsb_zpzz},
+    {"VecD64FMSUBVVVM", inline_op::fmsb_zpzz},
+    {"VecU*While4LTSS", inline_op::while_lo},
+    {"VecU*While8LTSS", inline_op::while_lo},
+    {"VecS*While4LTSS", inline_op::while_lt},
+    {"VecS*While8LTSS", inline_op::while_lt},
+    {"VecU*AddVVM", inline_op::add_zpz},
+    {"VecU*SubVVM", inline_op::sub_zpz},
+    {"VecU*AndVVM", inline_op::and_zpz},
+    {"VecU*OrVVM", inline_op::orr_zpz},
+    {"VecU*XorVVM", inline_op::eor_zpz},
+    {"VecS8MulVVM", inline_op::mul_zpz},
+    {"VecS16MulVVM", inline_op::mul_zpz},
+    {"VecS32MulVVM", inline_op::mul_zpz},
+    {"VecS8MaxVVM", inline_op::smax_zpz},
+    {"VecS16MaxVVM", inline_op::smax_zpz},
+    {"VecS32MaxVVM", inline_op::smax_zpz},
+    {"VecU8MaxVVM", inline_op::umax_zpz},
+    {"VecU16MaxVVM", inline_op::umax_zpz},
+    {"VecU32MaxVVM", inline_op::umax_zpz},
+    {"VecS8MinVVM", inline_op::smin_zpz},
+    {"VecS16MinVVM", inline_op::smin_zpz},
+    {"VecS32MinVVM", inline_op::smin_zpz},
+    {"VecU8MinVVM", inline_op::umin_zpz},
+    {"VecU16MinVVM", inline_op::umin_zpz},
+    {"VecU32MinVVM", inline_op::umin_zpz},
+    {"VecU*SelVV", inline_op::sel_zpzz},
+    {"VecU32SpecialMoveV", inline_op::movprfx_zz},
+    {"VecU*ShlVIX", inline_op::lsl_zzi},
+    {"VecS*ShrVIX", inline_op::asr_zzi},
+    {"VecU*ShrVIX", inline_op::lsr_zzi},
+    {"VecU*CmpFlgGEVVZ", inline_op::cmp_vv},
+    {"VecU*CmpFlgGTVVZ", inline_op::cmp_vv},
+    {"VecS*CmpFlgGEVVZ", inline_op::cmp_vv},
+    {"VecS*CmpFlgGTVVZ", inline_op::cmp_vv},
+    {"VecS*CmpFlgEQVVZ", inline_op::cmp_vv},
+    {"VecS*CmpFlgNEVVZ", inline_op::cmp_vv},
+};
+
+// "VecU*AddVVX" matches "VecU32AddVVX": the star stands for a run of digits.
+constexpr bool name_matches(const char* pattern, const char* name) {
+  for (; *pattern; ++pattern) {
+    if (*pattern != '*') {
+      if (*name++ != *pattern) return false;
+      continue;
+    }
+    if (*name < '0' || *name > '9') return false;
+    while (*name >= '0' && *name <= '9') ++name;
+  }
+  return *name == '\0';
+}
+
+constexpr bool same_name(const char* a, const char* b) {
+  while (*a && *a == *b) ++a, ++b;
+  return *a == *b;
+}
+
+// Each form's entry is looked up the first time a word of it is met, so that
+// neither start-up nor a block pays for the forms it does not use. Threads
+// that race store the same value.
+constexpr uint8_t kNotLookedUp = 0xff;
+std::atomic<uint8_t> form_ops[kFormCount];
+struct form_ops_init {
+  form_ops_init() {
+    for (auto& op : form_ops) op.store(kNotLookedUp, std::memory_order_relaxed);
+  }
+} init_form_ops;
+
+inline_op op_of_form(int form) {
+  uint8_t op = form_ops[form].load(std::memory_order_relaxed);
+  if (op != kNotLookedUp) return inline_op(op);
+  op = uint8_t(inline_op::none);
+  // The marker of a region of interest shares its row with `add`: it
+  // switches tracing, which only the call path does.
+  if (!same_name(kForms[form].family, "roi_marker"))
+    for (const inline_row& r : kInlineRows)
+      if (name_matches(r.pattern, kForms[form].decoder)) op = uint8_t(r.op);
+  form_ops[form].store(op, std::memory_order_relaxed);
+  return inline_op(op);
+}
+
+unsigned field(uint32_t word, unsigned hi, unsigned lo) {
+  return word >> lo & ((1u << (hi - lo + 1)) - 1);
+}
+
+// Vd = op(Vn, Vm) chunk by chunk, Zn and Zm into Q0 and Q1.
+template <typename Op>
+void each_chunk(inline_code& c, unsigned zd, unsigned zn, unsigned zm, Op op) {
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    load_q(c, 0, kInlineRecord, z_offset(zn, k));
+    load_q(c, 1, kInlineRecord, z_offset(zm, k));
+    c.put(op(0, 0, 1));
+    store_q(c, 0, kInlineRecord, z_offset(zd, k));
+  }
+}
+
+// Zd = op(Zdn, V1), with V1 already holding the constant operand.
+template <typename Op> void each_chunk_with_v1(inline_code& c, unsigned zdn, Op op) {
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    load_q(c, 0, kInlineRecord, z_offset(zdn, k));
+    c.put(op(0, 0, 1));
+    store_q(c, 0, kInlineRecord, z_offset(zdn, k));
+  }
+}
+
+void broadcast_v1(inline_code& c, simd_size size, uint64_t value) {
+  move_constant(c, 9, value);
+  c.put(dup_v_from_x(size, 1, 9));
+}
+
+void store_v1_everywhere(inline_code& c, unsigned zd) {
+  for (unsigned k = 0; k < kVectorChunks; ++k) store_q(c, 1, kInlineRecord, z_offset(zd, k));
+}
+
+// The element count a pattern names, times the multiplier in bits 19:16.
+unsigned pattern_elements(uint32_t word, element_size elem) {
+  const unsigned pattern = field(word, 9, 5), multiplier = field(word, 19, 16) + 1;
+  switch (elem) {
+  case ELEM_B:
+    return pattern_count<uint8_t>(pattern) * multiplier;
+  case ELEM_H:
+    return pattern_count<uint16_t>(pattern) * multiplier;
+  case ELEM_S:
+    return pattern_count<uint32_t>(pattern) * multiplier;
+  default:
+    return pattern_count<uint64_t>(pattern) * multiplier;
+  }
+}
+
+// An 8-bit immediate and its shift (bit 13), as add, sub and dup take it;
+// false for the shifted byte form, which the architecture leaves unallocated.
+bool shifted_imm8(uint32_t word, element_size elem, bool is_signed, uint64_t* value) {
+  const bool shift = field(word, 13, 13);
+  if (shift && elem == ELEM_B) return false;
+  const unsigned raw = field(word, 12, 5);
+  const int64_t imm = is_signed ? int64_t(int8_t(raw)) : int64_t(raw);
+  *value = uint64_t(shift ? imm * 256 : imm);
+  return true;
+}
+
+// A branch (to be landed) taken unless every element of Pg is active, that is
+// each element's first predicate byte is 1: the AND of all chunks, then of
+// both halves, holds each element's byte at 1.
+unsigned branch_unless_all_true(inline_code& c, unsigned pg, simd_size size) {
+  if (kVectorChunks >= 3 && kVectorChunks <= 4) {
+    add_constant(c, 9, kInlineRecord, int64_t(p_offset(pg, 0)));
+    c.put(load_consecutive_q(2, kVectorChunks, 9));
+    for (unsigned k = 1; k < kVectorChunks; ++k) c.put(and_v(2, 2, 2 + k));
+  } else {
+    for (unsigned k = 0; k < kVectorChunks; ++k) {
+      load_q(c, k == 0 ? 2 : 3, kInlineRecord, p_offset(pg, k));
+      if (k > 0) c.put(and_v(2, 2, 3));
+    }
+  }
+  c.put(umov_d(9, 2, 0));
+  c.put(umov_d(10, 2, 1));
+  c.put(and_x(9, 9, 10));
+  c.put(and_element_ones(size, 9, 9));
+  c.put(eor_element_ones(size, 9, 9));
+  return c.put_branch(kBranchNonZero | 9);
+}
+
+// The call path for the word, as a run calls a thin decoder: `blr` to the
+// entry, followed by the decoder, the word's address and the word.
+void call_decoder(inline_code& c, sve_decoder decoder, uint32_t word, uint64_t pc) {
+  c.put(kBlr | kInlineThinCall << 5);
+  uint32_t constants[kWordCallWords] = {};
+  const uint64_t decoder_address = reinterpret_cast<uint64_t>(decoder);
+  std::memcpy(&constants[0], &decoder_address, 8);
+  std::memcpy(&constants[2], &pc, 8);
+  constants[4] = word;
+  for (uint32_t w : constants) c.put(w);
+}
+
+// The application's FPSR on the host around floating-point code, and its
+// flags back into the record: the architecture's cumulative flags, raised by
+// the same operations.
+void fpsr_in(inline_code& c) {
+  c.put(0xb9400000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
+  c.put(0xd51b4420 | 9); // msr fpsr, x9
+}
+void fpsr_out(inline_code& c) {
+  c.put(0xd53b4420 | 9); // mrs x9, fpsr
+  c.put(0xb9000000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
+}
+
+enum class fused : uint8_t { mla, mls, nmla, nmls };
+
+// Floating point on whole vectors: unpredicated, or predicated with every
+// element active (partial predicates take the call path, since an inactive
+// element must raise no flag). Q0 is the accumulator or first operand.
+bool emit_fp(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
+  const bool is_double = size == D;
+  const unsigned zd = field(word, 4, 0), f5 = field(word, 9, 5), f16 = field(word, 20, 16);
+  const unsigned pg = field(word, 12, 10);
+  const bool predicated =
+      op != inline_op::fadd_zzz && op != inline_op::fsub_zzz && op != inline_op::fmul_zzz;
+  unsigned to_call = 0;
+  if (predicated) to_call = branch_unless_all_true(c, pg, size);
+  fpsr_in(c);
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    auto operands = [&](unsigned first, unsigned second, unsigned third) {
+      load_q(c, 0, kInlineRecord, z_offset(first, k));
+      load_q(c, 1, kInlineRecord, z_offset(second, k));
+      if (third < 32) load_q(c, 2, kInlineRecord, z_offset(third, k));
+    };
+    switch (op) {
+    case inline_op::fadd_zzz:
+    case inline_op::fsub_zzz:
+    case inline_op::fmul_zzz:
+      operands(f5, f16, 32);
+      break;
+    case inline_op::fadd_zpz:
+    case inline_op::fsub_zpz:
+    case inline_op::fmul_zpz:
+      operands(zd, f5, 32);
+      break;
+    case inline_op::fmad_zpzz:
+    case inline_op::fmsb_zpzz:
+      operands(f16, zd, f5); // Za + Zdn * Zm
+      break;
+    default:
+      operands(zd, f5, f16); // Zda + Zn * Zm
+      break;
+    }
+    switch (op) {
+    case inline_op::fadd_zzz:
+    case inline_op::fadd_zpz:
+      c.put(fadd_v(is_double, 0, 0, 1));
+      break;
+    case inline_op::fsub_zzz:
+    case inline_op::fsub_zpz:
+      c.put(fsub_v(is_double, 0, 0, 1));
+      break;
+    case inline_op::fmul_zzz:
+    case inline_op::fmul_zpz:
+      c.put(fmul_v(is_double, 0, 0, 1));
+      break;
+    case inline_op::fmla_zpzz:
+    case inline_op::fmad_zpzz:
+      c.put(fmla_v(is_double, 0, 1, 2));
+      break;
+    case inline_op::fmls_zpzz:
+    case inline_op::fmsb_zpzz:
+      c.put(fmls_v(is_double, 0, 1, 2));
+      break;
+    case inline_op::fnmla_zpzz:
+      c.put(fneg_v(is_double, 0, 0));
+      c.put(fmls_v(is_double, 0, 1, 2));
+      break;
+    case inline_op::fnmls_zpzz:
+      c.put(fneg_v(is_double, 0, 0));
+      c.put(fmla_v(is_double, 0, 1, 2));
+      break;
+    default:
+      return false;
+    }
+    store_q(c, 0, kInlineRecord, z_offset(zd, k));
+  }
+  fpsr_out(c);
+  if (!predicated) return true;
+  const sve_decoder decoder = get_sve_handler(word);
+  if (decoder == nullptr) return false;
+  const unsigned to_end = c.put_branch(kBranch);
+  c.land(to_call);
+  call_decoder(c, decoder, word, pc);
+  c.land(to_end);
+  return true;
+}
+
+// Integer operations raise no flags, so a predicated one works on whole
+// vectors and keeps its inactive elements with a mask: each element whose
+// first predicate byte has bit 0 set, found by testing every lane against a
+// lane of 1 (V4, set up once per word).
+void lane_ones(inline_code& c, simd_size size, unsigned v) {
+  static constexpr uint32_t kMoviOne[] = {0x4f00e420, 0x4f008420, 0x4f000420};
+  if (size != D) {
+    c.put(kMoviOne[size] | v);
+    return;
+  }
+  move_constant(c, 9, 1);
+  c.put(dup_v_from_x(D, v, 9));
+}
+uint32_t mask_of_active(simd_size size, unsigned v, unsigned ones) {
+  return 0x4e208c00 | size << 22 | ones << 16 | v << 5 | v; // cmtst v, v, ones
+}
+
+bool emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
+  const unsigned zd = field(word, 4, 0), zn = field(word, 9, 5), zm = field(word, 20, 16);
+  uint32_t opcode = 0;
+  switch (op) {
+  case inline_op::add_zpz:
+    opcode = add_v(size, 2, 0, 1);
+    break;
+  case inline_op::sub_zpz:
+    opcode = sub_v(size, 2, 0, 1);
+    break;
+  case inline_op::and_zpz:
+    opcode = and_v(2, 0, 1);
+    break;
+  case inline_op::orr_zpz:
+    opcode = orr_v(2, 0, 1);
+    break;
+  case inline_op::eor_zpz:
+    opcode = eor_v(2, 0, 1);
+    break;
+  case inline_op::mul_zpz:
+  case inline_op::smax_zpz:
+  case inline_op::umax_zpz:
+  case inline_op::smin_zpz:
+  case inline_op::umin_zpz: {
+    if (size == D) return false; // no doubleword form in Advanced SIMD: not in the table
+    const uint32_t base = op == inline_op::mul_zpz    ? 0x4e209c00
+                          : op == inline_op::smax_zpz ? 0x4e206400
+                          : op == inline_op::umax_zpz ? 0x6e206400
+                          : op == inline_op::smin_zpz ? 0x4e206c00
+                                                      : 0x6e206c00;
+    opcode = base | size << 22 | 1 << 16 | 0 << 5 | 2;
+    break;
+  }
+  case inline_op::sel_zpzz:
+    break;
+  default:
+    return false;
+  }
+  const bool select = op == inline_op::sel_zpzz;
+  const unsigned pg = select ? field(word, 13, 10) : field(word, 12, 10);
+  lane_ones(c, size, 4);
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    // sel: Zd = Pg ? Zn : Zm; the others: Zdn = Pg ? Zdn op Zm : Zdn.
+    load_q(c, 0, kInlineRecord, z_offset(select ? zm : zd, k));
+    load_q(c, select ? 2 : 1, kInlineRecord, z_offset(zn, k));
+    load_q(c, 3, kInlineRecord, p_offset(pg, k));
+    c.put(mask_of_active(size, 3, 4));
+    if (!select) c.put(opcode);
+    c.put(0x6ea01c00 | 3 << 16 | 2 << 5 | 0); // bit v0, v2, v3
+    store_q(c, 0, kInlineRecord, z_offset(zd, k));
+  }
+  return true;
+}
+
+// cmphs, cmphi, cmpge, cmpgt, cmpeq, cmpne Pd.T, Pg/z, Zn.T, Zm.T: under an
+// all-true Pg, Advanced SIMD compares give each element's mask, shifted down
+// to the predicate's byte; other predicates take the call path. Flags as a
+// test of the result under Pg: N its first element, Z none, C not its last.
+bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
+  const unsigned pd = field(word, 3, 0), zn = field(word, 9, 5), pg = field(word, 12, 10);
+  const unsigned zm = field(word, 20, 16);
+  // Bits 15 and 13 (op, o2) and 4 (ne) pick the comparison.
+  const unsigned kind = field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4);
+  uint32_t compare;
+  bool negate = false;
+  switch (kind) {
+  case 0b000:
+    compare = 0x6e203c00;
+    break; // cmphs: cmhs
+  case 0b001:
+    compare = 0x6e203400;
+    break; // cmphi: cmhi
+  case 0b100:
+    compare = 0x4e203c00;
+    break; // cmpge: cmge
+  case 0b101:
+    compare = 0x4e203400;
+    break; // cmpgt: cmgt
+  case 0b110:
+    compare = 0x6e208c00;
+    break; // cmpeq: cmeq
+  case 0b111:
+    compare = 0x6e208c00;
+    negate = true;
+    break; // cmpne: not cmeq
+  default:
+    return false;
+  }
+  const sve_decoder decoder = get_sve_handler(word);
+  if (decoder == nullptr) return false;
+  const unsigned to_call = branch_unless_all_true(c, pg, size);
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    load_q(c, 0, kInlineRecord, z_offset(zn, k));
+    load_q(c, 1, kInlineRecord, z_offset(zm, k));
+    c.put(compare | size << 22 | 1 << 16 | 0 << 5 | 0);
+    if (negate) c.put(0x6e205800);                             // mvn v0, v0
+    c.put(0x6f000400 | ((8u << size) + 1) << 16 | 0 << 5 | 0); // ushr v0, #bits-1
+    store_q(c, 0, kInlineRecord, p_offset(pd, k));
+    c.put(k == 0 ? 0x4ea01c02 : 0x4ea01c42); // mov v2, v0 / orr v2, v2, v0
+  }
+  c.put(umov_d(11, 2, 0));
+  c.put(umov_d(12, 2, 1));
+  c.put(0xaa0c016b); // orr x11, x11, x12
+  load_byte(c, 9, kInlineRecord, p_offset(pd, 0));
+  load_byte(c, 10, kInlineRecord, p_offset(pd, 0) + kVectorBytes - (1u << size));
+  c.put(0xf100017f);                                     // cmp x11, #0
+  c.put(0x1a9f17e0 | 11);                                // cset w11, eq: Z
+  c.put(0x52000000 | 10 << 5 | 10);                      // eor w10, w10, #1: C
+  c.put(0x2a000000 | 11 << 16 | 1 << 10 | 10 << 5 | 10); // orr w10, w10, w11, lsl #1
+  c.put(0x2a000000 | 9 << 16 | 2 << 10 | 10 << 5 | 10);  // orr w10, w10, w9, lsl #2
+  c.put(0x53000000 | 3 << 16 | 2 << 10 | 10 << 5 | 10);  // lsl w10, w10, #29
+  store_x(c, 10, kInlineRecord, offsetof(cpu_state, nzcv));
+  const unsigned to_end = c.put_branch(kBranch);
+  c.land(to_call);
+  call_decoder(c, decoder, word, pc);
+  c.land(to_end);
+  return true;
+}
+
+// Each element's number, in lanes of its size, for the predicate builders:
+// lane i of the vector holds i.
+struct lane_numbers {
+  alignas(16) uint8_t bytes[4][kVectorBytes] = {};
+  constexpr lane_numbers() {
+    for (unsigned size = 0; size < 4; ++size)
+      for (unsigned lane = 0; lane < kVectorBytes >> size; ++lane)
+        for (unsigned b = 0; b < (1u << size) && b < 8; ++b)
+          bytes[size][(lane << size) + b] = uint8_t(uint64_t{lane} >> (8 * b));
+  }
+};
+constexpr lane_numbers kLaneNumbers;
+
+// whilelo/whilelt: the first `count` elements active, count = the distance
+// from Rn up to Rm, at most the element count, 0 unless Rn < Rm. Flags as a
+// test of the result under an all-true predicate: N the first element
+// active, Z none, C not the last, V clear.
+bool emit_while(inline_op op, simd_size size, uint32_t word, inline_code& c) {
+  const unsigned elements = kVectorBytes >> size;
+  if (elements > 255 && size == B) return false; // byte lanes hold counts up to 255
+  const unsigned pd = field(word, 3, 0), rn = field(word, 9, 5), rm = field(word, 20, 16);
+  const bool wide = field(word, 12, 12), is_signed = op == inline_op::while_lt;
+  const unsigned regs[2] = {rn, rm};
+  for (unsigned i = 0; i < 2; ++i) {
+    const unsigned x = 9 + i;
+    if (regs[i] == 31) {
+      move_constant(c, x, 0);
+      continue;
+    }
+    load_x(c, x, kInlineRecord, x_offset(regs[i]));
+    if (!wide) c.put(is_signed ? 0x93407c00 | x << 5 | x : 0x2a0003e0 | x << 16 | x); // sxtw, mov w
+  }
+  c.put(0xeb0a013f);                              // cmp x9, x10
+  c.put(0xcb090140 | 11);                         // sub x11, x10, x9
+  const uint32_t below = is_signed ? 0xb : 0x3;   // lt, lo
+  c.put(0x9a9f0000 | below << 12 | 11 << 5 | 11); // csel x11, x11, xzr, below
+  move_constant(c, 12, elements);
+  c.put(0xf100001f | elements << 10 | 11 << 5); // cmp x11, #elements
+  c.put(0x9a8c3000 | 11 << 5 | 11);             // csel x11, x11, x12, lo
+  c.put(dup_v_from_x(size, 0, 11));
+  move_constant(c, 13, reinterpret_cast<uint64_t>(kLaneNumbers.bytes[size]));
+  const unsigned bits = 8u << size;
+  for (unsigned k = 0; k < kVectorChunks; ++k) {
+    load_q(c, 1, 13, k * kChunkBytes);
+    c.put(0x6e203400 | size << 22 | 1 << 16 | 0 << 5 | 1); // cmhi v1, v0, v1
+    c.put(0x6f000400 | (bits + 1) << 16 | 1 << 5 | 1);     // ushr v1, v1, #bits-1
+    store_q(c, 1, kInlineRecord, p_offset(pd, k));
+  }
+  // NZCV from the three cases: N C when 0 < count < elements, Z C when
+  // count is 0, N alone when it is the element count (the flags of the
+  // compare with the element count are still there).
+  c.put(0x52a00000 | 0x8000 << 5 | 14);                  // mov w14, #0x80000000
+  c.put(0x52a00000 | 0xa000 << 5 | 15);                  // mov w15, #0xa0000000
+  c.put(0x1a800000 | 14 << 16 | 3 << 12 | 15 << 5 | 14); // csel w14, w15, w14, lo
+  c.put(0x52a00000 | 0x6000 << 5 | 15);                  // mov w15, #0x60000000
+  c.put(0xf100017f);                                     // cmp x11, #0
+  c.put(0x1a800000 | 14 << 16 | 0 << 12 | 15 << 5 | 14); // csel w14, w15, w14, eq
+  store_x(c, 14, kInlineRecord, offsetof(cpu_state, nzcv));
+  return true;
+}
+
+// A contiguous load or store of whole elements. The inline code takes the
+// common case only: tracing off and every element active, when the vector
+// moves in Q registers. Anything else branches to a call of the word's thin
+// decoder, after the fast code. The record changes only once every access
+// has succeeded, so a fault leaves it as before the word, with the word's
+// address in it, which is what the fault path hands the application.
+bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
+  const sve_decoder decoder = get_sve_handler(word);
+  if (decoder == nullptr) return false;
+  const unsigned zt = field(word, 4, 0), xn = field(word, 9, 5), pg = field(word, 12, 10);
+  const unsigned xm = field(word, 20, 16);
+  const bool load = op == inline_op::load_imm || op == inline_op::load_reg;
+
+  const unsigned to_call_if_tracing = c.put_branch(kBranchNonZero | kInlineTraceGate);
+  const unsigned to_call_if_partial = branch_unless_all_true(c, pg, size);
+
+  // The word's address is among the call's constants below.
+  const unsigned pc_literal = c.put_branch(kLoadLiteralX | 10);
+  store_x(c, 10, kInlineRecord, offsetof(cpu_state, pc));
+  load_x(c, 9, kInlineRecord, x_offset(xn));
+  if (op == inline_op::load_imm || op == inline_op::store_imm) {
+    const int imm4 = int(field(word, 19, 16) ^ 8) - 8;
+    if (imm4 != 0) add_constant(c, 9, 9, int64_t{imm4} * kVectorBytes);
+  } else if (xm != 31) {
+    load_x(c, 10, kInlineRecord, x_offset(xm));
+    c.put(add_shifted(9, 9, 10, size));
+  }
+  if (load) {
+    for (unsigned k = 0; k < kVectorChunks; ++k) load_q(c, k, 9, k * kChunkBytes);
+    for (unsigned k = 0; k < kVectorChunks; ++k) store_q(c, k, kInlineRecord, z_offset(zt, k));
+  } else {
+    for (unsigned k = 0; k < kVectorChunks; ++k) {
+      load_q(c, 0, kInlineRecord, z_offset(zt, k));
+      store_q(c, 0, 9, k * kChunkBytes);
+    }
+  }
+  const unsigned to_end = c.put_branch(kBranch);
+
+  c.land(to_call_if_tracing);
+  c.land(to_call_if_partial);
+  c.point(pc_literal, c.count + 1 + 2); // past the blr and the decoder
+  call_decoder(c, decoder, word, pc);
+  c.land(to_end);
+  return true;
+}
+
+bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_code& c) {
+  const simd_size size = simd_size(elem);
+  const unsigned zd = field(word, 4, 0), zn = field(word, 9, 5), zm = field(word, 20, 16);
+  switch (op) {
+  case inline_op::add_zzz:
+    each_chunk(c, zd, zn, zm,
+               [size](unsigned d, unsigned n, unsigned m) { return add_v(size, d, n, m); });
+    return true;
+  case inline_op::sub_zzz:
+    each_chunk(c, zd, zn, zm,
+               [size](unsigned d, unsigned n, unsigned m) { return sub_v(size, d, n, m); });
+    return true;
+  case inline_op::and_zzz:
+    each_chunk(c, zd, zn, zm, and_v);
+    return true;
+  case inline_op::orr_zzz:
+    each_chunk(c, zd, zn, zm, orr_v);
+    return true;
+  case inline_op::eor_zzz:
+    each_chunk(c, zd, zn, zm, eor_v);
+    return true;
+  case inline_op::add_zi:
+  case inline_op::sub_zi: {
+    uint64_t imm;
+    if (!shifted_imm8(word, elem, false, &imm)) return false;
+    broadcast_v1(c, size, imm);
+    const bool add = op == inline_op::add_zi;
+    each_chunk_with_v1(c, zd, [size, add](unsigned d, unsigned n, unsigned m) {
+      return add ? add_v(size, d, n, m) : sub_v(size, d, n, m);
+    });
+    return true;
+  }
+  case inline_op::dup_zi: {
+    uint64_t imm;
+    if (!shifted_imm8(word, elem, true, &imm)) return false;
+    broadcast_v1(c, size, imm);
+    store_v1_everywhere(c, zd);
+    return true;
+  }
+  case inline_op::dup_zr:
+    load_x(c, 9, kInlineRecord, x_offset(zn)); // 31 is SP, which the record keeps there
+    c.put(dup_v_from_x(size, 1, 9));
+    store_v1_everywhere(c, zd);
+    return true;
+  case inline_op::count_x:
+    if (zd == 31) return false; // the zero register: nothing to write
+    move_constant(c, 9, pattern_elements(word, elem));
+    store_x(c, 9, kInlineRecord, x_offset(zd));
+    return true;
+  case inline_op::increment_x:
+  case inline_op::decrement_x: {
+    if (zd == 31) return false;
+    const int64_t step = pattern_elements(word, elem);
+    load_x(c, 9, kInlineRecord, x_offset(zd));
+    add_constant(c, 9, 9, op == inline_op::increment_x ? step : -step);
+    store_x(c, 9, kInlineRecord, x_offset(zd));
+    return true;
+  }
+  case inline_op::increment_z:
+  case inline_op::decrement_z: {
+    const uint64_t step = pattern_elements(word, elem);
+    broadcast_v1(c, size, step);
+    const bool add = op == inline_op::increment_z;
+    each_chunk_with_v1(c, zd, [size, add](unsigned d, unsigned n, unsigned m) {
+      return add ? add_v(size, d, n, m) : sub_v(size, d, n, m);
+    });
+    return true;
+  }
+  case inline_op::load_imm:
+  case inline_op::load_reg:
+  case inline_op::store_imm:
+  case inline_op::store_reg:
+    return emit_contiguous(op, size, word, pc, c);
+  case inline_op::while_lo:
+  case inline_op::while_lt:
+    return emit_while(op, size, word, c);
+  case inline_op::cmp_vv:
+    return emit_compare(size, word, pc, c);
+  case inline_op::lsl_zzi:
+  case inline_op::asr_zzi:
+  case inline_op::lsr_zzi: {
+    // tsz:imm3 (bits 23:22, 20:16) says size and shift as shl, sshr and
+    // ushr's immh:immb do: the same value serves.
+    const unsigned shift_field = field(word, 23, 22) << 5 | field(word, 20, 16);
+    if (shift_field >> 3 == 0) return false; // no element size: unallocated
+    const uint32_t opcode = op == inline_op::lsl_zzi   ? 0x4f005400
+                            : op == inline_op::asr_zzi ? 0x4f000400
+                                                       : 0x6f000400;
+    for (unsigned k = 0; k < kVectorChunks; ++k) {
+      load_q(c, 0, kInlineRecord, z_offset(zn, k));
+      c.put(opcode | shift_field << 16);
+      store_q(c, 0, kInlineRecord, z_offset(zd, k));
+    }
+    return true;
+  }
+  case inline_op::movprfx_zz:
+    for (unsigned k = 0; k < kVectorChunks; ++k) {
+      load_q(c, 0, kInlineRecord, z_offset(zn, k));
+      store_q(c, 0, kInlineRecord, z_offset(zd, k));
+    }
+    return true;
+  case inline_op::add_zpz:
+  case inline_op::sub_zpz:
+  case inline_op::mul_zpz:
+  case inline_op::and_zpz:
+  case inline_op::orr_zpz:
+  case inline_op::eor_zpz:
+  case inline_op::smax_zpz:
+  case inline_op::umax_zpz:
+  case inline_op::smin_zpz:
+  case inline_op::umin_zpz:
+  case inline_op::sel_zpzz:
+    return emit_merging(op, size, word, c);
+  case inline_op::none:
+    break;
+  default:
+    return emit_fp(op, size, word, pc, c);
+  }
+  return false;
+}
+
+} // namespace
+
+bool form_is_inline(int form) {
+  return form >= 0 && form < kFormCount && op_of_form(form) != inline_op::none;
+}
+
+bool translate_inline(uint32_t word, uint64_t pc, inline_code* code) {
+  const int form = find_form(word);
+  if (!form_is_inline(form)) return false;
+  inline_code c;
+  if (!emit(op_of_form(form), kForms[form].elem, word, pc, c) || c.overflow) return false;
+  *code = c;
+  return true;
+}
