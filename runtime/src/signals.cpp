@@ -12,6 +12,7 @@
 #include "code_retire.h"
 #include "emit.h"
 #include "fragments.h"
+#include "interrupted.h"
 #include "runtime.h"
 #include "sites.h"
 #include "thread.h"
@@ -143,6 +144,7 @@ void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, uc
   sigset_t mask = uc->uc_sigmask, old;
   for (int s = 1; s < NSIG; ++s)
     if (sigismember(&action.sa_mask, s) == 1) sigaddset(&mask, s);
+  if (!(action.sa_flags & SA_NODEFER)) sigaddset(&mask, sig);
   // The runtime's signals stay open: the handler may itself run SVE code.
   remove_runtime_signals(&mask);
   libc.pthread_sigmask(SIG_SETMASK, &mask, &old);
@@ -150,10 +152,7 @@ void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, uc
   // again after it.
   const uint64_t runtime_tp = reinterpret_cast<uint64_t>(__builtin_thread_pointer());
   if (app_tp) set_thread_pointer(app_tp);
-  if (action.sa_flags & SA_SIGINFO)
-    action.sa_sigaction(sig, info, uc);
-  else
-    action.sa_handler(sig);
+  call_application_handler(action, sig, info, uc);
   if (app_tp) set_thread_pointer(runtime_tp);
   libc.pthread_sigmask(SIG_SETMASK, &old, nullptr);
 }

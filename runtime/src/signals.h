@@ -23,6 +23,12 @@ void take_sigill();
 // The application's SIGILL disposition, kept apart from the real one.
 void application_sigill_action(const struct sigaction* act, struct sigaction* old);
 
+// The application's action for any other signal it may handle: the kernel
+// holds the runtime's wrapper, which runs the application's handler with the
+// interrupted code's state kept (interrupted.h).
+bool handler_runs_through_runtime(int sig);
+int application_signal_action(int sig, const struct sigaction* act, struct sigaction* old);
+
 // What the kernel would do with the signal under this action: run the
 // handler (with the action's mask, but never blocking the runtime's own
 // signals), ignore a sent signal, or end the process by it.
