@@ -8,6 +8,7 @@
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 
 #include <cerrno>
 #include <cstdarg>
@@ -179,6 +180,30 @@ int prctl(int option, ...) noexcept {
     return sve_vector_length_control(option, args[0]);
   static const auto real = next_definition<int (*)(int, ...)>("prctl");
   return real(option, args[0], args[1], args[2], args[3]);
+}
+
+// The system calls above made by number through syscall() reach the same
+// ends as the functions. (A program's own svc instruction does not come
+// here.)
+long syscall(long number, ...) noexcept {
+  va_list ap;
+  va_start(ap, number);
+  long a[6];
+  for (long& arg : a) arg = va_arg(ap, long);
+  va_end(ap);
+  if (zorvo_app_hooks) {
+    if (number == SYS_exit_group) zorvo_app_hooks->ending_without_exit_handlers();
+    if (number == SYS_prctl && (a[0] == PR_SVE_GET_VL || a[0] == PR_SVE_SET_VL))
+      return sve_vector_length_control(static_cast<int>(a[0]), static_cast<unsigned long>(a[1]));
+    if (number == SYS_execve)
+      return execve(reinterpret_cast<const char*>(a[0]), reinterpret_cast<char* const*>(a[1]),
+                    reinterpret_cast<char* const*>(a[2]));
+    if (number == SYS_munmap) return munmap(reinterpret_cast<void*>(a[0]), a[1]);
+    if (number == SYS_mprotect)
+      return mprotect(reinterpret_cast<void*>(a[0]), a[1], static_cast<int>(a[2]));
+  }
+  static const auto real = next_definition<long (*)(long, ...)>("syscall");
+  return real(number, a[0], a[1], a[2], a[3], a[4], a[5]);
 }
 
 } // extern "C"

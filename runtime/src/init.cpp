@@ -273,6 +273,7 @@ __attribute__((constructor)) void runtime_start() {
   site_patching_init();
   take_sigill();
   take_fault_signals();
+  take_ending_signals();
   app_hooks& hooks = hooks_for_application;
   hooks.sigaction = &sigaction;
   hooks.sigprocmask = &sigprocmask;

@@ -28,6 +28,9 @@ void application_sigill_action(const struct sigaction* act, struct sigaction* ol
 // interrupted code's state kept (interrupted.h).
 bool handler_runs_through_runtime(int sig);
 int application_signal_action(int sig, const struct sigaction* act, struct sigaction* old);
+// The signals whose default action ends the process, while the application
+// leaves them at the default: the exit events run before the signal ends it.
+void take_ending_signals();
 
 // What the kernel would do with the signal under this action: run the
 // handler (with the action's mask, but never blocking the runtime's own
@@ -36,6 +39,10 @@ int application_signal_action(int sig, const struct sigaction* act, struct sigac
 // programs), which the handler gets while it runs.
 void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, ucontext_t* uc,
                  uint64_t app_tp = 0);
+
+// Ends the process by sig as the kernel would: the exit events first, then
+// the default action; a sent signal (si_code <= 0) is sent again.
+void die_by_signal(int sig, const siginfo_t* info);
 
 // Masks never block the runtime's signals: a blocked SIGILL makes the next
 // SVE word fatal, a blocked SIGSEGV the next probe of an unreadable page.
