@@ -67,7 +67,8 @@ bool handler_runs_through_runtime(int sig) {
          sig != SIGKILL && sig != SIGSTOP;
 }
 
-int application_signal_action(int sig, const struct sigaction* act, struct sigaction* old) {
+int application_signal_action(int sig, const struct sigaction* act, struct sigaction* old,
+                              bool handlers_through_runtime) {
   struct sigaction& mine = app_actions[sig];
   if (!app_action_known[sig]) {
     if (libc.sigaction(sig, nullptr, &mine) != 0) return -1;
@@ -77,7 +78,8 @@ int application_signal_action(int sig, const struct sigaction* act, struct sigac
   if (act != nullptr) {
     struct sigaction real = *act;
     remove_runtime_signals(&real.sa_mask);
-    if (has_handler(*act) || (act->sa_handler == SIG_DFL && ends_process_by_default(sig)))
+    if ((has_handler(*act) && handlers_through_runtime) ||
+        (act->sa_handler == SIG_DFL && ends_process_by_default(sig)))
       real = wrapper_action(real);
     // The record first: a signal that comes in between finds the new
     // handler behind either action.

@@ -15,6 +15,7 @@
 #include "interrupted.h"
 #include "runtime.h"
 #include "sites.h"
+#include "static_syscalls.h"
 #include "thread.h"
 
 libc_functions libc;
@@ -177,8 +178,13 @@ void report_word_not_emulated(const siginfo_t* info, const ucontext_t* uc) {
 void on_sigill(int sig, siginfo_t* info, void* context) {
   const uint64_t app_tp = enter_runtime_tls();
   const int saved_errno = errno;
-  ++counters.signals;
   auto* uc = static_cast<ucontext_t*>(context);
+  if (take_static_system_call(uc)) {
+    errno = saved_errno;
+    leave_runtime_tls(app_tp);
+    return;
+  }
+  ++counters.signals;
   if (deliver_handed_over_fault(uc, app_tp)) {
     // done: the application's fault handler ran
   } else if (!take_over(info, uc)) {
