@@ -284,7 +284,7 @@ __attribute__((constructor)) void runtime_start() {
   take_ending_signals();
   if (static_app_phdr != nullptr)
     trap_static_system_calls(static_app_phdr, static_app_phnum, launch.vector_bytes,
-                             launch.vector_length_inherited);
+                             launch.vector_length_inherited, launch.relaunch);
   app_hooks& hooks = hooks_for_application;
   hooks.sigaction = &sigaction;
   hooks.sigprocmask = &sigprocmask;

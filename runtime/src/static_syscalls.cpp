@@ -5,6 +5,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <alloca.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
@@ -13,6 +15,7 @@
 
 #include "code_patch.h"
 #include "code_retire.h"
+#include "relaunch_command.h"
 #include "runtime.h"
 #include "signals.h"
 #include "vector_length_control.h"
@@ -26,8 +29,8 @@ constexpr uint32_t kSystemCallTrap = 0x00005a43;
 // code.
 constexpr int kNumberSearchWords = 16;
 
-constexpr long kTrappedCalls[] = {SYS_rt_sigaction, SYS_rt_sigprocmask, SYS_prctl,
-                                  SYS_exit_group,   SYS_munmap,         SYS_mprotect};
+constexpr long kTrappedCalls[] = {SYS_rt_sigaction, SYS_rt_sigprocmask, SYS_prctl, SYS_exit_group,
+                                  SYS_munmap,       SYS_mprotect,       SYS_execve};
 
 constexpr long kKernelSigsetBytes = 8;
 constexpr int kMaxSites = 1024;
@@ -36,6 +39,7 @@ int site_count;
 
 unsigned long vector_bytes;
 bool initial_vl_inherit;
+const char* relaunch = "";
 thread_local bool vl_inherit_known, vl_inherit;
 
 // What the words before an svc say of X8: a number, "any" (set from a
@@ -175,6 +179,45 @@ long vector_length(long option, unsigned long arg) {
   return vector_length_control::answer(option, arg, vector_bytes, &vl_inherit);
 }
 
+// With the program's own mask: an exec keeps the mask, and this handler's
+// blocks everything.
+class program_mask_while {
+public:
+  explicit program_mask_while(const ucontext_t* uc) {
+    sigset_t program_mask = uc->uc_sigmask;
+    remove_runtime_signals(&program_mask);
+    syscall(SYS_rt_sigprocmask, SIG_SETMASK, &program_mask, &held_, kKernelSigsetBytes);
+  }
+  ~program_mask_while() {
+    syscall(SYS_rt_sigprocmask, SIG_SETMASK, &held_, nullptr, kKernelSigsetBytes);
+  }
+  program_mask_while(const program_mask_while&) = delete;
+  program_mask_while& operator=(const program_mask_while&) = delete;
+
+private:
+  sigset_t held_;
+};
+
+// An AArch64 program starts under zorvo again, anything else as it is; the
+// exit events run first (not in a vfork child, which shares this memory).
+long exec(const ucontext_t* uc, const uint64_t* a) {
+  const auto* path = reinterpret_cast<const char*>(a[0]);
+  auto* const* argv = reinterpret_cast<char* const*>(a[1]);
+  process_dying_by_signal();
+  const program_mask_while open(uc);
+  if (*relaunch == 0 || !relaunch_command::is_aarch64_program(path))
+    return raw_system_call(SYS_execve, a);
+  char* text = static_cast<char*>(alloca(std::strlen(relaunch) + 1));
+  std::strcpy(text, relaunch);
+  auto** args =
+      static_cast<char**>(alloca(relaunch_command::argv_room(relaunch, argv) * sizeof(char*)));
+  relaunch_command::make_argv(text, vector_length(PR_SVE_GET_VL, 0) & PR_SVE_VL_INHERIT, path, argv,
+                              args);
+  const uint64_t call[6] = {
+      reinterpret_cast<uint64_t>(args[0]), reinterpret_cast<uint64_t>(args), a[2], 0, 0, 0};
+  return raw_system_call(SYS_execve, call);
+}
+
 // -ENOSYS: the call goes to the kernel as it is.
 long carry_out(ucontext_t* uc, long number, const uint64_t* a) {
   switch (number) {
@@ -198,6 +241,8 @@ long carry_out(ucontext_t* uc, long number, const uint64_t* a) {
     if ((a[2] & (PROT_WRITE | PROT_EXEC)) != PROT_EXEC)
       retire_code(reinterpret_cast<app_pc>(a[0]), reinterpret_cast<app_pc>(a[0] + a[1]), true);
     return -ENOSYS;
+  case SYS_execve:
+    return exec(uc, a);
   case SYS_munmap: {
     const long rc = raw_system_call(number, a);
     if (rc == 0) retire_code(reinterpret_cast<app_pc>(a[0]), reinterpret_cast<app_pc>(a[0] + a[1]));
@@ -211,9 +256,10 @@ long carry_out(ucontext_t* uc, long number, const uint64_t* a) {
 } // namespace
 
 void trap_static_system_calls(const ElfW(Phdr) * phdr, int phnum, int vector_length_bytes,
-                              bool vector_length_inherited) {
+                              bool vector_length_inherited, const char* relaunch_command) {
   vector_bytes = static_cast<unsigned long>(vector_length_bytes);
   initial_vl_inherit = vector_length_inherited;
+  relaunch = relaunch_command ? relaunch_command : "";
   // The load bias: from PT_PHDR, or else from the ELF header at the start of
   // the first segment, which the program headers follow.
   uintptr_t bias = 0;
@@ -258,11 +304,8 @@ bool take_static_system_call(ucontext_t* uc) {
   if (rc == -ENOSYS) {
     // A call that may block (one made through syscall()) waits with the
     // program's mask, not this handler's, which blocks everything.
-    sigset_t program_mask = uc->uc_sigmask, held;
-    remove_runtime_signals(&program_mask);
-    syscall(SYS_rt_sigprocmask, SIG_SETMASK, &program_mask, &held, kKernelSigsetBytes);
+    const program_mask_while open(uc);
     rc = raw_system_call(number, x);
-    syscall(SYS_rt_sigprocmask, SIG_SETMASK, &held, nullptr, kKernelSigsetBytes);
   }
   x[0] = static_cast<uint64_t>(rc);
   uc->uc_mcontext.pc = pc + 4;
