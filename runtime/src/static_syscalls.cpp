@@ -15,6 +15,7 @@
 
 #include "code_patch.h"
 #include "code_retire.h"
+#include "raw_mask_scope.h"
 #include "relaunch_command.h"
 #include "runtime.h"
 #include "signals.h"
@@ -32,7 +33,6 @@ constexpr int kNumberSearchWords = 16;
 constexpr long kTrappedCalls[] = {SYS_rt_sigaction, SYS_rt_sigprocmask, SYS_prctl, SYS_exit_group,
                                   SYS_munmap,       SYS_mprotect,       SYS_execve};
 
-constexpr long kKernelSigsetBytes = 8;
 constexpr int kMaxSites = 1024;
 uintptr_t sites[kMaxSites]; // sorted
 int site_count;
@@ -179,24 +179,13 @@ long vector_length(long option, unsigned long arg) {
   return vector_length_control::answer(option, arg, vector_bytes, &vl_inherit);
 }
 
-// With the program's own mask: an exec keeps the mask, and this handler's
-// blocks everything.
-class program_mask_while {
-public:
-  explicit program_mask_while(const ucontext_t* uc) {
-    sigset_t program_mask = uc->uc_sigmask;
-    remove_runtime_signals(&program_mask);
-    syscall(SYS_rt_sigprocmask, SIG_SETMASK, &program_mask, &held_, kKernelSigsetBytes);
-  }
-  ~program_mask_while() {
-    syscall(SYS_rt_sigprocmask, SIG_SETMASK, &held_, nullptr, kKernelSigsetBytes);
-  }
-  program_mask_while(const program_mask_while&) = delete;
-  program_mask_while& operator=(const program_mask_while&) = delete;
-
-private:
-  sigset_t held_;
-};
+// The program's own mask, for the length of a call: an exec keeps the mask,
+// and this handler's blocks everything.
+raw_mask_scope program_mask(const ucontext_t* uc) {
+  sigset_t mask = uc->uc_sigmask;
+  remove_runtime_signals(&mask);
+  return raw_mask_scope(SIG_SETMASK, mask);
+}
 
 // An AArch64 program starts under zorvo again, anything else as it is; the
 // exit events run first (not in a vfork child, which shares this memory).
@@ -204,7 +193,7 @@ long exec(const ucontext_t* uc, const uint64_t* a) {
   const auto* path = reinterpret_cast<const char*>(a[0]);
   auto* const* argv = reinterpret_cast<char* const*>(a[1]);
   process_dying_by_signal();
-  const program_mask_while open(uc);
+  const raw_mask_scope open = program_mask(uc);
   if (*relaunch == 0 || !relaunch_command::is_aarch64_program(path))
     return raw_system_call(SYS_execve, a);
   char* text = static_cast<char*>(alloca(std::strlen(relaunch) + 1));
@@ -304,7 +293,7 @@ bool take_static_system_call(ucontext_t* uc) {
   if (rc == -ENOSYS) {
     // A call that may block (one made through syscall()) waits with the
     // program's mask, not this handler's, which blocks everything.
-    const program_mask_while open(uc);
+    const raw_mask_scope open = program_mask(uc);
     rc = raw_system_call(number, x);
   }
   x[0] = static_cast<uint64_t>(rc);

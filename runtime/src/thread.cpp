@@ -11,6 +11,7 @@
 #include "code_retire.h"
 #include "fragments.h"
 #include "interrupted.h"
+#include "raw_mask_scope.h"
 #include "runtime.h"
 #include "sites.h"
 
@@ -31,25 +32,8 @@ __thread rt_thread* current __attribute__((tls_model("initial-exec")));
 size_t thread_record_size() { return (sizeof(rt_thread) + 4095) & ~size_t(4095); }
 
 // Signals wait while a thread's runtime state is made or taken apart: a
-// handler that ran SVE code meanwhile would find half of it. (Raw, so that
-// the application's view of its mask is not involved.)
-class signals_held {
-public:
-  signals_held() {
-    sigset_t all;
-    sigfillset(&all);
-    syscall(SYS_rt_sigprocmask, SIG_BLOCK, &all, &before_, kKernelSigsetBytes);
-  }
-  ~signals_held() {
-    syscall(SYS_rt_sigprocmask, SIG_SETMASK, &before_, nullptr, kKernelSigsetBytes);
-  }
-  signals_held(const signals_held&) = delete;
-  signals_held& operator=(const signals_held&) = delete;
-
-private:
-  static constexpr long kKernelSigsetBytes = 8;
-  sigset_t before_;
-};
+// handler that ran SVE code meanwhile would find half of it.
+raw_mask_scope signals_held() { return raw_mask_scope(SIG_BLOCK, raw_mask_scope::all_signals()); }
 
 } // namespace
 
@@ -63,7 +47,7 @@ ptrdiff_t current_thread_tls_offset() {
 }
 
 rt_thread* attach_thread() {
-  const signals_held held;
+  const raw_mask_scope held = signals_held();
   auto* t = static_cast<rt_thread*>(map_pages(thread_record_size()));
   if (t == nullptr) return nullptr;
   t->stack_size = kRuntimeStackSize + kGuardSize;
@@ -84,7 +68,7 @@ rt_thread* attach_thread() {
 }
 
 void detach_thread(rt_thread* t) {
-  const signals_held held;
+  const raw_mask_scope held = signals_held();
   run_thread_exit_events(t);
   if (current == t) current = nullptr;
   counters.fragment_entries += t->block.branch_entries;
