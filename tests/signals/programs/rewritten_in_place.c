@@ -6,19 +6,9 @@
 #include <string.h>
 #include <sys/mman.h>
 
-typedef void kernel_fn(float*, const float*, const float*);
+#include "fmla_routine.h"
 
-enum { kRounds = 40, kOpWord = 4 };
-static const unsigned kFmla = 0x65a20020, kFmls = 0x65a22020;
-static const unsigned kRoutine[] = {
-    0x2598e3e0, /* ptrue p0.s */
-    0xa540a000, /* ld1w {z0.s}, p0/z, [x0] */
-    0xa540a021, /* ld1w {z1.s}, p0/z, [x1] */
-    0xa540a042, /* ld1w {z2.s}, p0/z, [x2] */
-    kFmla,      /* fmla z0.s, p0/m, z1.s, z2.s */
-    0xe540e000, /* st1w {z0.s}, p0, [x0] */
-    0xd65f03c0, /* ret */
-};
+enum { kRounds = 40 };
 
 static float run(unsigned* code) {
   float acc[64] = {0}, b[64], c[64];
@@ -28,8 +18,8 @@ static float run(unsigned* code) {
 }
 
 int main(void) {
-  unsigned* code = mmap(NULL, 4096, PROT_READ | PROT_WRITE | PROT_EXEC,
-                        MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  unsigned* code =
+      mmap(NULL, 4096, PROT_READ | PROT_WRITE | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (code == MAP_FAILED) return 1;
   memcpy(code, kRoutine, sizeof kRoutine);
   __builtin___clear_cache((char*)code, (char*)(code + 7));
