@@ -14,6 +14,16 @@ void* dr_get_current_drcontext(void);
  * given into the application's state at an application instruction, and
  * returns, hands the fault to that handler, as raised at that instruction. */
 bool dr_app_handles_signal_zorvo(int sig);
+/* The client's per-thread record of the application's registers: `bytes`
+ * bytes at the address in TLS field tls_idx. An application's signal
+ * handler may interrupt the client's code anywhere and run it again; the
+ * runtime keeps the record for the interrupted code. app_registers tells,
+ * for a thread interrupted on the runtime's stack, the application's stack
+ * pointer, and, returning true when they are in the record, the low 128 bits
+ * of the application's V0-V31 (32 x 16 bytes into vectors). */
+void dr_register_interrupted_record_zorvo(int tls_idx, size_t bytes,
+                                          bool (*app_registers)(const void* record, uint64_t* sp,
+                                                                void* vectors));
 /* Per-thread memory; it comes back zeroed. */
 void* dr_thread_alloc(void* drcontext, size_t size);
 void dr_thread_free(void* drcontext, void* mem, size_t size);

@@ -18,6 +18,7 @@
 
 #include "app_hooks.h"
 #include "preload.h"
+#include "relaunch_command.h"
 
 extern "C" const app_hooks* zorvo_app_hooks;
 
@@ -27,50 +28,8 @@ template <typename F> F next_definition(const char* name) {
   return reinterpret_cast<F>(dlsym(RTLD_NEXT, name));
 }
 
-bool is_aarch64_program(const char* path) {
-  const int fd = open(path, O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return false;
-  unsigned char h[20];
-  const bool whole = read(fd, h, sizeof h) == static_cast<ssize_t>(sizeof h);
-  close(fd);
-  return whole && h[0] == 0x7f && h[1] == 'E' && h[2] == 'L' && h[3] == 'F' && h[4] == 2 &&
-         h[5] == 1 && h[18] == 183 && h[19] == 0;
-}
-
-size_t count(char* const* v) {
-  size_t n = 0;
-  while (v && v[n]) ++n;
-  return n;
-}
-
-size_t relaunch_words() {
-  size_t n = 1;
-  for (const char* p = zorvo_app_hooks->relaunch; *p; ++p) n += *p == '\x1f';
-  return n;
-}
-
-// The launcher command, then [--vl-inherit] --argv0 ARGV0 -- PATH ARGS...,
-// into `out`, which has room for relaunch_words() + count(argv) + 6
-// pointers; the words are cut from `text`, a copy of the command.
-char** relaunch_argv(char* text, const char* path, char* const argv[], char** out) {
-  size_t n = 0;
-  for (char* w = text;;) {
-    out[n++] = w;
-    w = std::strchr(w, '\x1f');
-    if (w == nullptr) break;
-    *w++ = 0;
-  }
-  static char inherit_option[] = "--vl-inherit", argv0_option[] = "--argv0", separator[] = "--";
-  // As a kernel keeps the flag across exec.
-  if (zorvo_preload::vector_length_inherited()) out[n++] = inherit_option;
-  out[n++] = argv0_option;
-  out[n++] = argv && argv[0] ? argv[0] : const_cast<char*>(path);
-  out[n++] = separator;
-  out[n++] = const_cast<char*>(path);
-  for (size_t i = 1; i < count(argv); ++i) out[n++] = argv[i];
-  out[n] = nullptr;
-  return out;
-}
+using relaunch_command::count;
+using relaunch_command::is_aarch64_program;
 
 bool relaunch(const char* path) {
   return zorvo_app_hooks && *zorvo_app_hooks->relaunch && is_aarch64_program(path);
@@ -92,8 +51,10 @@ const char* outside_proc_self(const char* path, char* buffer, size_t size) {
 #define RELAUNCH_ARGV(args, path, argv)                                                            \
   char* args##_text = static_cast<char*>(alloca(std::strlen(zorvo_app_hooks->relaunch) + 1));      \
   std::strcpy(args##_text, zorvo_app_hooks->relaunch);                                             \
-  char** args = static_cast<char**>(alloca((relaunch_words() + count(argv) + 6) * sizeof(char*))); \
-  relaunch_argv(args##_text, path, argv, args)
+  char** args = static_cast<char**>(                                                               \
+      alloca(relaunch_command::argv_room(zorvo_app_hooks->relaunch, argv) * sizeof(char*)));       \
+  relaunch_command::make_argv(args##_text, zorvo_preload::vector_length_inherited(), path, argv,   \
+                              args)
 
 using execve_fn = int (*)(const char*, char* const[], char* const[]);
 

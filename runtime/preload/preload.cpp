@@ -8,6 +8,7 @@
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 
 #include <cerrno>
 #include <cstdarg>
@@ -16,6 +17,7 @@
 #include "app_hooks.h"
 #include "preload.h"
 #include "signal_by_sigaction.h"
+#include "vector_length_control.h"
 
 extern "C" {
 __attribute__((visibility("default"))) const app_hooks* zorvo_app_hooks = nullptr;
@@ -72,28 +74,12 @@ __attribute__((constructor)) void interposer_start() {
   std::atexit(process_exiting);
 }
 
-constexpr unsigned long kVlMask = 0xffff;
-constexpr unsigned long kSetVlFlags = PR_SVE_VL_INHERIT | PR_SVE_SET_VL_ONEXEC;
-constexpr unsigned long kMaxVectorBytes = 8192;
-
-// As a kernel whose processor offers exactly one vector length does: any
-// valid request gets that length.
 int sve_vector_length_control(int option, unsigned long arg) {
-  const auto status = [](unsigned long length) {
-    return static_cast<int>(length | (vl_inherit ? PR_SVE_VL_INHERIT : 0));
-  };
-  const auto vl = static_cast<unsigned long>(zorvo_app_hooks->vector_bytes);
-  if (option == PR_SVE_GET_VL) return status(vl);
-  const unsigned long requested = arg & kVlMask, flags = arg & ~kVlMask;
-  if ((flags & ~kSetVlFlags) != 0 || requested < 16 || requested > kMaxVectorBytes ||
-      requested % 16 != 0) {
-    errno = EINVAL;
-    return -1;
-  }
-  // Every call sets the inherit flag; the length, now or after exec, is the
-  // one length.
-  vl_inherit = (flags & PR_SVE_VL_INHERIT) != 0;
-  return status(vl);
+  const long result = vector_length_control::answer(
+      option, arg, static_cast<unsigned long>(zorvo_app_hooks->vector_bytes), &vl_inherit);
+  if (result >= 0) return static_cast<int>(result);
+  errno = static_cast<int>(-result);
+  return -1;
 }
 
 } // namespace
@@ -175,10 +161,34 @@ int prctl(int option, ...) noexcept {
   unsigned long args[4];
   for (unsigned long& a : args) a = va_arg(ap, unsigned long);
   va_end(ap);
-  if (zorvo_app_hooks && (option == PR_SVE_GET_VL || option == PR_SVE_SET_VL))
+  if (zorvo_app_hooks && vector_length_control::is_vl_option(option))
     return sve_vector_length_control(option, args[0]);
   static const auto real = next_definition<int (*)(int, ...)>("prctl");
   return real(option, args[0], args[1], args[2], args[3]);
+}
+
+// The system calls above made by number through syscall() reach the same
+// ends as the functions. (A program's own svc instruction does not come
+// here.)
+long syscall(long number, ...) noexcept {
+  va_list ap;
+  va_start(ap, number);
+  long a[6];
+  for (long& arg : a) arg = va_arg(ap, long);
+  va_end(ap);
+  if (zorvo_app_hooks) {
+    if (number == SYS_exit_group) zorvo_app_hooks->ending_without_exit_handlers();
+    if (number == SYS_prctl && vector_length_control::is_vl_option(a[0]))
+      return sve_vector_length_control(static_cast<int>(a[0]), static_cast<unsigned long>(a[1]));
+    if (number == SYS_execve)
+      return execve(reinterpret_cast<const char*>(a[0]), reinterpret_cast<char* const*>(a[1]),
+                    reinterpret_cast<char* const*>(a[2]));
+    if (number == SYS_munmap) return munmap(reinterpret_cast<void*>(a[0]), a[1]);
+    if (number == SYS_mprotect)
+      return mprotect(reinterpret_cast<void*>(a[0]), a[1], static_cast<int>(a[2]));
+  }
+  static const auto real = next_definition<long (*)(long, ...)>("syscall");
+  return real(number, a[0], a[1], a[2], a[3], a[4], a[5]);
 }
 
 } // extern "C"

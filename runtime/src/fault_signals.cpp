@@ -35,14 +35,11 @@ bool has_handler(const struct sigaction& a) {
   return a.sa_handler != SIG_DFL && a.sa_handler != SIG_IGN;
 }
 
-// An emulation call runs on the thread's runtime stack; the client's block
+// An emulation call runs on one of the thread's runtime stacks; the client's block
 // events run in its own code.
 bool client_running(const ucontext_t* uc) {
   const rt_thread* t = current_thread();
-  const uintptr_t sp = uc->uc_mcontext.sp;
-  if (t != nullptr && sp > reinterpret_cast<uintptr_t>(t->stack) &&
-      sp <= reinterpret_cast<uintptr_t>(t->stack + t->stack_size))
-    return true;
+  if (t != nullptr && runtime_stack_of(t, uc->uc_mcontext.sp) >= 0) return true;
   return client_code(reinterpret_cast<const void*>(uc->uc_mcontext.pc));
 }
 

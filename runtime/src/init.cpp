@@ -20,6 +20,7 @@
 #include "signals.h"
 #include "sites.h"
 #include "static_handoff.h"
+#include "static_syscalls.h"
 #include "thread.h"
 
 std::atomic<bool> runtime_ready;
@@ -57,6 +58,10 @@ struct launch_settings {
   bool vector_length_inherited = false;
   bool static_program = false; // statically linked, started by the static host
 };
+
+// A static program's own program headers, where the loader mapped them.
+const ElfW(Phdr) * static_app_phdr;
+int static_app_phnum;
 
 [[noreturn]] void fail(const char* what, const char* detail) {
   std::fprintf(stderr, "zorvo: %s%s%s\n", what, detail ? ": " : "", detail ? detail : "");
@@ -124,6 +129,9 @@ void take_loader_variables_out(char** env) {
     if (aux[i] == AT_HWCAP) aux[i + 1] |= HWCAP_SVE;
     if (aux[i] == loader::kStaticExitHook)
       aux[i + 1] = reinterpret_cast<unsigned long>(static_program_exiting);
+    if (aux[i] == loader::kStaticAppPhdr)
+      static_app_phdr = reinterpret_cast<const ElfW(Phdr)*>(aux[i + 1]);
+    if (aux[i] == loader::kStaticAppPhnum) static_app_phnum = static_cast<int>(aux[i + 1]);
   }
   ours[0] = nullptr;
   std::memmove(ours + 1, aux, words * sizeof(unsigned long));
@@ -273,6 +281,10 @@ __attribute__((constructor)) void runtime_start() {
   site_patching_init();
   take_sigill();
   take_fault_signals();
+  take_ending_signals();
+  if (static_app_phdr != nullptr)
+    trap_static_system_calls(static_app_phdr, static_app_phnum, launch.vector_bytes,
+                             launch.vector_length_inherited, launch.relaunch);
   app_hooks& hooks = hooks_for_application;
   hooks.sigaction = &sigaction;
   hooks.sigprocmask = &sigprocmask;

@@ -57,10 +57,13 @@ int sigaction(int sig, const struct sigaction* act, struct sigaction* old) noexc
     application_sigill_action(act, old);
     return 0;
   }
+  const bool by_client = client_code(__builtin_return_address(0));
   if (fault_signal_taken(sig)) {
-    fault_signal_action(sig, act, old, client_code(__builtin_return_address(0)));
+    fault_signal_action(sig, act, old, by_client);
     return 0;
   }
+  if (runtime_ready && !by_client && handler_runs_through_runtime(sig))
+    return application_signal_action(sig, act, old);
   if (act == nullptr) return libc.sigaction(sig, act, old);
   struct sigaction copy = *act;
   remove_runtime_signals(&copy.sa_mask);

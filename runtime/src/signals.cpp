@@ -12,8 +12,10 @@
 #include "code_retire.h"
 #include "emit.h"
 #include "fragments.h"
+#include "interrupted.h"
 #include "runtime.h"
 #include "sites.h"
+#include "static_syscalls.h"
 #include "thread.h"
 
 libc_functions libc;
@@ -143,6 +145,7 @@ void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, uc
   sigset_t mask = uc->uc_sigmask, old;
   for (int s = 1; s < NSIG; ++s)
     if (sigismember(&action.sa_mask, s) == 1) sigaddset(&mask, s);
+  if (!(action.sa_flags & SA_NODEFER)) sigaddset(&mask, sig);
   // The runtime's signals stay open: the handler may itself run SVE code.
   remove_runtime_signals(&mask);
   libc.pthread_sigmask(SIG_SETMASK, &mask, &old);
@@ -150,10 +153,7 @@ void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, uc
   // again after it.
   const uint64_t runtime_tp = reinterpret_cast<uint64_t>(__builtin_thread_pointer());
   if (app_tp) set_thread_pointer(app_tp);
-  if (action.sa_flags & SA_SIGINFO)
-    action.sa_sigaction(sig, info, uc);
-  else
-    action.sa_handler(sig);
+  call_application_handler(action, sig, info, uc);
   if (app_tp) set_thread_pointer(runtime_tp);
   libc.pthread_sigmask(SIG_SETMASK, &old, nullptr);
 }
@@ -178,8 +178,13 @@ void report_word_not_emulated(const siginfo_t* info, const ucontext_t* uc) {
 void on_sigill(int sig, siginfo_t* info, void* context) {
   const uint64_t app_tp = enter_runtime_tls();
   const int saved_errno = errno;
-  ++counters.signals;
   auto* uc = static_cast<ucontext_t*>(context);
+  if (take_static_system_call(uc)) {
+    errno = saved_errno;
+    leave_runtime_tls(app_tp);
+    return;
+  }
+  ++counters.signals;
   if (deliver_handed_over_fault(uc, app_tp)) {
     // done: the application's fault handler ran
   } else if (!take_over(info, uc)) {

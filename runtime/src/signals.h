@@ -23,6 +23,19 @@ void take_sigill();
 // The application's SIGILL disposition, kept apart from the real one.
 void application_sigill_action(const struct sigaction* act, struct sigaction* old);
 
+// The application's action for any other signal it may handle: the kernel
+// holds the runtime's wrapper, which runs the application's handler with the
+// interrupted code's state kept (interrupted.h).
+bool handler_runs_through_runtime(int sig);
+// handlers_through_runtime false: the kernel calls the application's
+// handler itself (a statically linked program's, whose handlers would run
+// with the runtime's thread pointer where it interrupted an emulation call).
+int application_signal_action(int sig, const struct sigaction* act, struct sigaction* old,
+                              bool handlers_through_runtime = true);
+// The signals whose default action ends the process, while the application
+// leaves them at the default: the exit events run before the signal ends it.
+void take_ending_signals();
+
 // What the kernel would do with the signal under this action: run the
 // handler (with the action's mask, but never blocking the runtime's own
 // signals), ignore a sent signal, or end the process by it.
@@ -30,6 +43,10 @@ void application_sigill_action(const struct sigaction* act, struct sigaction* ol
 // programs), which the handler gets while it runs.
 void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, ucontext_t* uc,
                  uint64_t app_tp = 0);
+
+// Ends the process by sig as the kernel would: the exit events first, then
+// the default action; a sent signal (si_code <= 0) is sent again.
+void die_by_signal(int sig, const siginfo_t* info);
 
 // Masks never block the runtime's signals: a blocked SIGILL makes the next
 // SVE word fatal, a blocked SIGSEGV the next probe of an unreadable page.

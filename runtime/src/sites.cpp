@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 #include <sched.h>
+#include <sys/mman.h>
 
 #include <atomic>
 #include <cstring>
@@ -127,7 +128,13 @@ const site_slot* patch_site(rt_thread* t, site_slot* table, app_pc site) {
   byte* reused = nullptr;
   if (!reuse_number(site, &number, &reused)) number = site_count++;
   const int protection = open_code_page(site);
-  byte* stub = protection < 0 ? nullptr : reused != nullptr ? reused : reserve_stub(site);
+  // Code on a page that is writable already may be rewritten with nothing
+  // the runtime sees (a store and a cache clean): its blocks stay on the
+  // signal path, where every entry compares the words with the fragment's.
+  const bool rewritable = protection >= 0 && (protection & PROT_WRITE);
+  byte* stub = protection < 0 || rewritable ? nullptr
+               : reused != nullptr          ? reused
+                                            : reserve_stub(site);
   uint32_t branch = 0;
   if (stub != nullptr &&
       write_site_stub(t, stub, site, application_word(site), number, current_thread_tls_offset()))

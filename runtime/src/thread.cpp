@@ -1,6 +1,7 @@
 #include "thread.h"
 
 #include <dlfcn.h>
+#include <signal.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -9,6 +10,8 @@
 
 #include "code_retire.h"
 #include "fragments.h"
+#include "interrupted.h"
+#include "raw_mask_scope.h"
 #include "runtime.h"
 #include "sites.h"
 
@@ -21,10 +24,16 @@ constexpr ptrdiff_t kTcbUnusedWordOffset = 8;
 // stack, and a fault handler on top of them.
 constexpr size_t kRuntimeStackSize = 512 * 1024;
 constexpr size_t kGuardSize = 4096;
+// A handler's emulation calls need less: it runs in the handler's context.
+constexpr size_t kNestedStackSize = 256 * 1024;
 
 __thread rt_thread* current __attribute__((tls_model("initial-exec")));
 
 size_t thread_record_size() { return (sizeof(rt_thread) + 4095) & ~size_t(4095); }
+
+// Signals wait while a thread's runtime state is made or taken apart: a
+// handler that ran SVE code meanwhile would find half of it.
+raw_mask_scope signals_held() { return raw_mask_scope(SIG_BLOCK, raw_mask_scope::all_signals()); }
 
 } // namespace
 
@@ -38,6 +47,7 @@ ptrdiff_t current_thread_tls_offset() {
 }
 
 rt_thread* attach_thread() {
+  const raw_mask_scope held = signals_held();
   auto* t = static_cast<rt_thread*>(map_pages(thread_record_size()));
   if (t == nullptr) return nullptr;
   t->stack_size = kRuntimeStackSize + kGuardSize;
@@ -58,6 +68,7 @@ rt_thread* attach_thread() {
 }
 
 void detach_thread(rt_thread* t) {
+  const raw_mask_scope held = signals_held();
   run_thread_exit_events(t);
   if (current == t) current = nullptr;
   counters.fragment_entries += t->block.branch_entries;
@@ -66,8 +77,34 @@ void detach_thread(rt_thread* t) {
   release_fragments(t);
   release_code_cache(t);
   arena_release(&t->build_arena);
+  release_interrupted_states(t);
+  for (byte* stack : t->nested_stacks)
+    if (stack != nullptr) unmap_pages(stack, kNestedStackSize + kGuardSize);
   unmap_pages(t->stack, t->stack_size);
   unmap_pages(t, thread_record_size());
+}
+
+int runtime_stack_of(const rt_thread* t, uintptr_t sp) {
+  const auto within = [sp](const byte* base, size_t size) {
+    return sp > reinterpret_cast<uintptr_t>(base) && sp <= reinterpret_cast<uintptr_t>(base + size);
+  };
+  if (within(t->stack, t->stack_size)) return 0;
+  for (int k = 0; k < kRuntimeStacks - 1; ++k)
+    if (t->nested_stacks[k] != nullptr &&
+        within(t->nested_stacks[k], kNestedStackSize + kGuardSize))
+      return k + 1;
+  return -1;
+}
+
+uintptr_t runtime_stack_top(rt_thread* t, int n) {
+  if (n == 0) return reinterpret_cast<uintptr_t>(t->stack + t->stack_size);
+  byte*& stack = t->nested_stacks[n - 1];
+  if (stack == nullptr) {
+    stack = static_cast<byte*>(map_pages(kNestedStackSize + kGuardSize));
+    if (stack == nullptr) return 0;
+    mprotect(stack, kGuardSize, PROT_NONE);
+  }
+  return reinterpret_cast<uintptr_t>(stack + kNestedStackSize + kGuardSize);
 }
 
 namespace {

@@ -75,6 +75,13 @@ struct rt_thread {
   byte* stack;
   size_t stack_size;
   pid_t tid;
+  // What the application's signal handlers now running on the thread
+  // interrupted (interrupted.h), innermost last; mapped on first use.
+  void* interrupted[16];
+  int interrupted_depth;
+  // Runtime stacks for the emulation calls of handlers that interrupted
+  // one, mapped on first use.
+  byte* nested_stacks[16];
 };
 static_assert(offsetof(rt_thread, block) == 0);
 
@@ -87,6 +94,13 @@ ptrdiff_t current_thread_tls_offset();
 // Makes the calling thread known to the runtime and runs the thread-init
 // events; returns the thread, or null when memory ran out.
 rt_thread* attach_thread();
+// Which of the thread's runtime stacks holds sp: 0 the first, k + 1 nested
+// stack k; -1 none.
+int runtime_stack_of(const rt_thread* t, uintptr_t sp);
+constexpr int kRuntimeStacks = 1 + sizeof(rt_thread::nested_stacks) / sizeof(byte*);
+// The top of runtime stack n (as runtime_stack_of counts), or 0 when no
+// memory is left for it.
+uintptr_t runtime_stack_top(rt_thread* t, int n);
 // Runs the thread-exit events and frees everything the thread had.
 void detach_thread(rt_thread* t);
 

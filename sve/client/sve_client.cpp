@@ -31,6 +31,16 @@ void event_thread_init(void* drcontext) {
   mix_thread_start(static_cast<cpu_state*>(state));
 }
 
+// A signal handler interrupted the thread on the runtime's stack: the
+// application's stack pointer, and its vectors while a run is emulated.
+bool app_registers_in_record(const void* record, uint64_t* sp, void* vectors) {
+  const auto* state = static_cast<const cpu_state*>(record);
+  *sp = state->regs[31];
+  if (!state->emulating) return false;
+  for (int v = 0; v < 32; ++v) std::memcpy(static_cast<char*>(vectors) + 16 * v, state->z[v], 16);
+  return true;
+}
+
 void event_thread_exit(void* drcontext) {
   void* data = drmgr_get_tls_field(drcontext, tls_idx);
   DR_ASSERT(data != NULL);
@@ -200,6 +210,7 @@ DR_EXPORT void dr_client_main(client_id_t /*id*/, int argc, const char* argv[]) 
   dr_register_exit_event(event_exit);
   if (!drmgr_register_bb_app2app_event(event_instruction_change, &block_priority)) DR_ASSERT(false);
   tls_idx = drmgr_register_tls_field();
+  dr_register_interrupted_record_zorvo(tls_idx, sizeof(cpu_state), app_registers_in_record);
   // The runtime tells which faults of emulated accesses the application takes.
   application_handles_fault = dr_app_handles_signal_zorvo;
   this_thread_record = thread_record_for_faults;

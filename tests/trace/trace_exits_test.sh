@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # A traced program that ends without its exit handlers (_exit from any
-# thread, a fatal signal) or after changing its working directory: the trace
+# thread, exit_group through syscall(), a fatal signal: a fault, abort,
+# SIGTERM) or after changing its working directory: the trace
 # file is where --trace-dir (relative) said, complete, with every record.
 # usage: trace_exits_test.sh ZORVO "EMULATOR PREFIX" ZORVO_TRACE PROGRAM
 set -uo pipefail
@@ -10,7 +11,7 @@ trap 'rm -rf "$work"' EXIT
 failures=0
 fail() { echo "FAIL ($how): $*" >&2; failures=$((failures + 1)); }
 
-for case in exit:3 thread:4 fatal:139 chdir:0; do
+for case in exit:3 thread:4 fatal:139 chdir:0 abort:134 term:143 group:5; do
   how=${case%:*} want=${case#*:}
   mkdir -p "$work/$how/traces"
   (cd "$work/$how" && "$zorvo" --trace-dir traces -- "$program" "$how" >out 2>err)

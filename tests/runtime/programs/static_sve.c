@@ -1,7 +1,8 @@
 // A statically linked SVE program: its own C library (which picks its SVE
 // string functions, since the processor has SVE) owns the thread pointer.
 // SVE in main, in the C library, in a thread (with "thread") and in an atexit
-// handler.
+// handler. With "exec PROGRAM ARGS...", it executes PROGRAM after main's SVE
+// work instead of returning.
 #include <arm_sve.h>
 #include <pthread.h>
 #include <stdint.h>
@@ -9,6 +10,7 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/auxv.h>
+#include <unistd.h>
 
 #ifndef HWCAP_SVE
 #define HWCAP_SVE (1 << 22)
@@ -42,6 +44,12 @@ int main(int argc, char** argv) {
          (int)svcntw(), (long long)sve_sum(), strlen(text));
   free(text);
   atexit(at_exit);
+  if (argc > 2 && strcmp(argv[1], "exec") == 0) {
+    fflush(stdout);
+    execv(argv[2], argv + 2);
+    printf("exec failed\n");
+    return 1;
+  }
   if (argc > 1 && strcmp(argv[1], "thread") == 0) {
     pthread_t t;
     pthread_create(&t, NULL, thread_main, NULL);

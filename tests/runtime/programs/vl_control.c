@@ -3,7 +3,10 @@
 // inherit flag is kept per thread and passed to new threads, bad requests
 // fail with EINVAL; an exec keeps the flag. The reference processor offers
 // more lengths, so this
-// program checks itself instead of being compared with it.
+// program checks itself instead of being compared with it. With "static" (a
+// statically linked build) it checks the calling thread only and does not
+// exec: such a program's threads, children and exec'd programs start with
+// the flag it was started with.
 #include <errno.h>
 #include <pthread.h>
 #include <stdio.h>
@@ -50,6 +53,13 @@ int main(int argc, char** argv) {
 
   expect("set inherit", prctl(PR_SVE_SET_VL, 48 | PR_SVE_VL_INHERIT), 48 | PR_SVE_VL_INHERIT, 0);
   expect("get inherit", prctl(PR_SVE_GET_VL), 48 | PR_SVE_VL_INHERIT, 0);
+  const int one_thread = argc > 1 && strcmp(argv[1], "static") == 0;
+  if (one_thread) {
+    expect("clear inherit", prctl(PR_SVE_SET_VL, 48), 48, 0);
+    expect("other options", prctl(PR_GET_DUMPABLE) >= 0, 1, 0);
+    printf("%s\n", failures ? "vector length controls: FAILED" : "vector length controls: ok");
+    return failures != 0;
+  }
   pthread_t t;
   pthread_create(&t, NULL, thread_main, NULL);
   pthread_join(t, NULL);

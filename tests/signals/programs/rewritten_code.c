@@ -7,21 +7,11 @@
 #include <string.h>
 #include <sys/mman.h>
 
+#include "fmla_routine.h"
+
 #include "resident_memory.h"
 
-typedef void kernel_fn(float*, const float*, const float*);
-
-enum { kRounds = 2000, kWarmUp = 200, kOpWord = 4 };
-static const unsigned kFmla = 0x65a20020, kFmls = 0x65a22020;
-static const unsigned kRoutine[] = {
-    0x2598e3e0, /* ptrue p0.s */
-    0xa540a000, /* ld1w {z0.s}, p0/z, [x0] */
-    0xa540a021, /* ld1w {z1.s}, p0/z, [x1] */
-    0xa540a042, /* ld1w {z2.s}, p0/z, [x2] */
-    kFmla,      /* fmla z0.s, p0/m, z1.s, z2.s */
-    0xe540e000, /* st1w {z0.s}, p0, [x0] */
-    0xd65f03c0, /* ret */
-};
+enum { kRounds = 2000, kWarmUp = 200 };
 
 static void set_op(unsigned* code, unsigned op) {
   mprotect(code, 4096, PROT_READ | PROT_WRITE);

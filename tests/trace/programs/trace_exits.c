@@ -4,12 +4,17 @@
  *   exit     _exit(3) from the main thread
  *   thread   a second thread traces and calls _exit(4) while main waits
  *   fatal    an SVE load from an unmapped page, with no handler: SIGSEGV
- *   chdir    the working directory changes first; main returns 0 */
+ *   chdir    the working directory changes first; main returns 0
+ *   abort    abort(): SIGABRT, which the program does not handle
+ *   term     SIGTERM sent to itself, which the program does not handle
+ *   group    the exit_group system call made through syscall() */
 #include <pthread.h>
+#include <signal.h>
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/mman.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include "expected_records.h"
@@ -56,6 +61,10 @@ int main(int argc, char** argv) {
   }
   traced_loads();
   if (strcmp(how, "exit") == 0) _exit(3);
+  fflush(stdout);
+  if (strcmp(how, "abort") == 0) abort();
+  if (strcmp(how, "term") == 0) kill(getpid(), SIGTERM);
+  if (strcmp(how, "group") == 0) syscall(SYS_exit_group, 5);
   if (strcmp(how, "fatal") == 0) {
     uint32_t* gone = mmap(NULL, 4096, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     printf("# unmapped 0x%lx\n", (unsigned long)(uintptr_t)gone);

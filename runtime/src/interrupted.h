@@ -1,0 +1,20 @@
+// An application's signal handler runs whenever its signal comes: in the
+// application's own code, in a site's stub, inside a fragment, or in the
+// middle of an emulation call. The handler may run SVE code itself, which
+// uses the same thread block, register record and runtime stack as the code
+// it interrupted; these are kept for the interrupted code, as a kernel keeps
+// the registers, Z, P and FFR included, in its signal frame.
+#pragma once
+
+#include <signal.h>
+#include <ucontext.h>
+
+struct rt_thread;
+
+// Calls the handler of action for sig, with the thread's state kept around
+// it. A handler that leaves by siglongjmp abandons what it interrupted;
+// the room that state held is taken back at the thread's next handler.
+void call_application_handler(const struct sigaction& action, int sig, siginfo_t* info,
+                              ucontext_t* uc);
+// The thread's saved states go with it.
+void release_interrupted_states(rt_thread* t);
