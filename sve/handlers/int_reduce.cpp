@@ -18,7 +18,7 @@ Acc fold_active(const cpu_state* s, aarch64_p_reg pg, aarch64_z_reg zn, Acc star
   const uint8_t* n = s->z[zn.num];
   const uint8_t* p = s->p[pg.num];
   Acc acc = start;
-  for (unsigned i = 0; i < 48 / sizeof(T); ++i)
+  for (unsigned i = 0; i < elements_of<T>(); ++i)
     if (active<T>(p, i)) acc = op(acc, load_elem<T>(n, i));
   return acc;
 }

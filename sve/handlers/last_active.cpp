@@ -12,7 +12,7 @@ namespace {
 template <typename T>
 uint64_t last_or_final(const cpu_state* s, aarch64_p_reg pg, aarch64_z_reg zn) {
   const int last = last_active<T>(s->p[pg.num]);
-  const unsigned i = last < 0 ? 48 / sizeof(T) - 1 : static_cast<unsigned>(last);
+  const unsigned i = last < 0 ? elements_of<T>() - 1 : static_cast<unsigned>(last);
   return load_elem<T>(s->z[zn.num], i);
 }
 

@@ -15,7 +15,7 @@ aarch64_decode_rc load_replicated(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg 
   const uint64_t addr = read_reg(s, xn) + uint64_t{imm} * sizeof(T);
   const uint8_t* pred = s->p[pg.num];
   uint8_t* z = s->z[zt.num];
-  for (unsigned i = 0; i < 48 / sizeof(U); ++i)
+  for (unsigned i = 0; i < elements_of<U>(); ++i)
     store_elem<U>(z, i, active<U>(pred, i) ? static_cast<U>(read_app<T>(addr)) : U{0});
   return AARCH64_DECODE_OK;
 }

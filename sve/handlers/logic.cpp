@@ -29,16 +29,16 @@ aarch64_decode_rc whole_register(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg z
   return AARCH64_DECODE_OK;
 }
 
-vec48 replicated(aarch64_sve_logical64_imm imm) {
-  vec48 v;
-  for (unsigned i = 0; i < 6; ++i) store_elem<uint64_t>(v.b, i, imm.value);
+vreg replicated(aarch64_sve_logical64_imm imm) {
+  vreg v;
+  for (unsigned i = 0; i < elements_of<uint64_t>(); ++i) store_elem<uint64_t>(v.b, i, imm.value);
   return v;
 }
 
 template <typename Op>
 aarch64_decode_rc with_pattern(cpu_state* s, aarch64_z_reg zdn, aarch64_sve_logical64_imm imm,
                                Op op) {
-  const vec48 pattern = replicated(imm);
+  const vreg pattern = replicated(imm);
   unpredicated_simd<uint64_t>(s->z[zdn.num], s->z[zdn.num], pattern.b, op);
   return AARCH64_DECODE_OK;
 }

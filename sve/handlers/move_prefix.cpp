@@ -16,8 +16,8 @@ template <typename T>
 void move_zeroing(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
   const uint8_t* n = s->z[zn.num];
   const uint8_t* p = s->p[pg.num];
-  vec48 out;
-  for (unsigned i = 0; i < 48 / sizeof(T); ++i)
+  vreg out;
+  for (unsigned i = 0; i < elements_of<T>(); ++i)
     store_elem<T>(out.b, i, active<T>(p, i) ? load_elem<T>(n, i) : T{0});
   commit(s->z[zd.num], out);
 }
@@ -25,7 +25,7 @@ void move_zeroing(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_re
 } // namespace
 
 aarch64_decode_rc sve_movprfx_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
-  std::memmove(s->z[zd.num], s->z[zn.num], 48);
+  std::memmove(s->z[zd.num], s->z[zn.num], vector_bytes());
   return AARCH64_DECODE_OK;
 }
 

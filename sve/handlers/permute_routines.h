@@ -1,4 +1,4 @@
-// Element permutes on plain 48-byte buffers, shared by the vector handlers
+// Element permutes on plain register-sized buffers, shared by the vector handlers
 // and the predicate ones (a predicate element is as many bytes as a vector
 // element). `dst` is the caller's own buffer and must not overlap a source;
 // the caller copies it to the destination register afterwards.

@@ -24,9 +24,9 @@ template <typename T, typename U, unsigned N, memaccess_type_t Type>
 aarch64_decode_rc structured_access(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,
                                     aarch64_i_rsp_reg xn, long offset) {
   static_assert(sizeof(T) == sizeof(U));
-  constexpr unsigned structures = 48 / sizeof(U);
+  const unsigned structures = elements_of<U>();
   const uint8_t* pred = s->p[pg.num];
-  uint64_t addrs[N * structures];
+  uint64_t addrs[N * kMaxVectorBytes / sizeof(U)];
   uint64_t p = read_reg(s, xn) + static_cast<uint64_t>(offset) * sizeof(T);
   for (unsigned i = 0; i < structures; ++i) {
     const bool on = active<U>(pred, i);
@@ -56,12 +56,12 @@ aarch64_decode_rc sve_stN_zpri(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,
 }
 
 // The two address forms of one structured access. The immediate counts whole
-// lists of N vectors (N * 48 bytes); the index register counts elements, and
+// lists of N vectors (N vector lengths of bytes); the index register counts elements, and
 // XZR adds nothing.
 #define STRUCTURED_ADDRESS_FORMS(routine, imm_form, index_form, T, N)                              \
   aarch64_decode_rc imm_form(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,                     \
                              aarch64_i_rsp_reg xn, int imm) {                                      \
-    const int32_t elements = imm * static_cast<int32_t>(N * (48 / sizeof(T)));                     \
+    const int32_t elements = imm * static_cast<int32_t>(N * (elements_of<T>()));                   \
     return routine<T, T, N>(s, zt, pg, xn, elements);                                              \
   }                                                                                                \
   aarch64_decode_rc index_form(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,                   \
