@@ -13,6 +13,8 @@
 #include "predicate_form.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 // Xn|SP + imm * (bytes one vector's elements occupy in memory): for the
 // widening forms that is less than the vector length.
 template <typename T, typename U>
@@ -43,7 +45,7 @@ inline void load_active_elements(uint8_t* z, const uint8_t* pred, uint64_t addr,
 template <typename T, typename U>
 inline void store_active_elements(const uint8_t* z, const uint8_t* pred, uint64_t addr) {
   const pred_bits starts = pack_predicate(pred) & element_starts<U>();
-  for (unsigned k = 0; k < kPredicateWords; ++k)
+  for (unsigned k = 0; k < used_words(); ++k)
     for (uint64_t left = starts.w[k]; left; left &= left - 1) {
       const unsigned i = (64 * k + static_cast<unsigned>(__builtin_ctzll(left))) / sizeof(U);
       write_app<T>(addr + i * sizeof(T), static_cast<T>(load_elem<U>(z, i)));
@@ -81,3 +83,5 @@ aarch64_decode_rc contiguous_access(cpu_state* s, aarch64_z_reg zt, aarch64_p_re
                                aarch64_i_rsp_reg xn, aarch64_i_reg xm) {                           \
     return contiguous_access<T, U, type>(s, zt, pg, scaled_index_address<T>(s, xn, xm));           \
   }
+
+} // namespace ZORVO_LENGTH

@@ -11,6 +11,8 @@
 #include "../state/cpu_state.h"
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Four 32-bit sums of four byte products each.
@@ -99,3 +101,5 @@ aarch64_decode_rc sve_udot_zzzi(cpu_state* s, aarch64_z_reg zda, aarch64_z_reg z
                                 unsigned int index) {
   return dot(s, kUnsigned, zda, zn, zm, static_cast<int>(index));
 }
+
+} // namespace ZORVO_LENGTH

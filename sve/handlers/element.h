@@ -9,6 +9,8 @@
 #include "../state/cpu_state.h"
 #include "../state/vector_length.h"
 
+namespace ZORVO_LENGTH {
+
 template <typename T> inline T load_elem(const uint8_t* base, unsigned i) {
   T v;
   std::memcpy(&v, base + i * sizeof(T), sizeof(T));
@@ -94,3 +96,5 @@ inline void unpredicated_simd(uint8_t* dst, const uint8_t* a, const uint8_t* b, 
   }
   commit(dst, out);
 }
+
+} // namespace ZORVO_LENGTH

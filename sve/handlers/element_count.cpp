@@ -6,6 +6,8 @@
 #include "pattern_count.h"
 #include "predicate_scan.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // At most 256 x 16, so the product cannot overflow.
@@ -128,3 +130,5 @@ aarch64_decode_rc sve_uqdecb_rii(cpu_state* s, aarch64_i_reg rdn, unsigned int p
   write_reg(s, rdn, value > step ? value - step : 0);
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

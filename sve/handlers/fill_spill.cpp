@@ -6,6 +6,8 @@
 #include "../state/cpu_state.h"
 #include "predicate_form.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Xn|SP + imm * (the register's bytes in memory), the product taken as a
@@ -48,3 +50,5 @@ aarch64_decode_rc sve_str_pri(cpu_state* s, aarch64_p_reg pt, aarch64_i_rsp_reg 
     write_app<uint16_t>(addr + at, static_cast<uint16_t>(bits.w[at / 8] >> (8 * (at % 8))));
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

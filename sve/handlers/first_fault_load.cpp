@@ -10,6 +10,8 @@
 #include "../state/cpu_state.h"
 #include "contiguous.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 bool readable_at(uint64_t addr) { return addr_is_readable<char>(reinterpret_cast<char*>(addr)); }
@@ -107,3 +109,5 @@ FIRST_FAULT_FORM(sve_ldff1b_d_scaled_zprr, uint8_t, uint64_t)
 FIRST_FAULT_FORM(sve_ldff1w_scaled_zprr, uint32_t, uint32_t)
 FIRST_FAULT_FORM(sve_ldff1w_d_scaled_zprr, uint32_t, uint64_t)
 FIRST_FAULT_FORM(sve_ldff1d_scaled_zprr, uint64_t, uint64_t)
+
+} // namespace ZORVO_LENGTH

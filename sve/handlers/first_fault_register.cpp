@@ -3,6 +3,8 @@
 #include "../state/cpu_state.h"
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 aarch64_decode_rc sve_setffr(cpu_state* s) {
   std::memset(s->ffr, 1, vector_bytes());
   return AARCH64_DECODE_OK;
@@ -27,3 +29,5 @@ aarch64_decode_rc sve_wrffr_p(cpu_state* s, aarch64_p_reg pn) {
   std::memcpy(s->ffr, s->p[pn.num], vector_bytes());
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -5,6 +5,8 @@
 #include "../state/cpu_state.h"
 #include "fp_element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 constexpr uint64_t kN = uint64_t{1} << 31, kZ = uint64_t{1} << 30, kC = uint64_t{1} << 29,
@@ -127,3 +129,5 @@ aarch64_decode_rc sve_fcmlt_ppz(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pg
                                 aarch64_z_reg zn) {
   return with_zero(s, pd, pg, zn, signalling{}, cond_lt{});
 }
+
+} // namespace ZORVO_LENGTH

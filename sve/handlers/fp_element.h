@@ -8,6 +8,8 @@
 #include "element.h"
 #include "host_fp.h"
 
+namespace ZORVO_LENGTH {
+
 // Calls fn with a double for size d and a float for anything else: the
 // floating-point handlers exist at s and d only.
 template <typename Fn> inline void by_fp_size(uint32_t size, Fn&& fn) {
@@ -86,3 +88,5 @@ template <typename T> inline void write_scalar(cpu_state* s, unsigned vd, T valu
   store_elem<T>(out.b, 0, value);
   commit(s->z[vd], out);
 }
+
+} // namespace ZORVO_LENGTH

@@ -5,6 +5,8 @@
 #include "fp_element.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Negation is the sign flip of fneg, before the fmadd: a NaN operand comes
@@ -134,3 +136,5 @@ aarch64_decode_rc sve_fcmla_zpzzr(cpu_state* s, aarch64_z_reg zda, aarch64_p_reg
   });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

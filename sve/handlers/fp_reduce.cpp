@@ -3,6 +3,8 @@
 #include "../state/cpu_state.h"
 #include "fp_element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // The elements fill the slots of the vector length rounded up to a power of
@@ -68,3 +70,5 @@ aarch64_decode_rc sve_fadda_vpz(cpu_state* s, unsigned int vdn, aarch64_p_reg pg
   });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -13,6 +13,8 @@
 #include "element.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 // How an element of the address vector becomes a 64-bit offset.
 enum class vector_offset : uint8_t {
   whole,              // the element as it is: 32-bit elements zero-extend
@@ -106,3 +108,5 @@ template <typename T> constexpr unsigned log2_size() {
     return element_wise_access<T, U, vector_offset::offset, log2_size<T>(), type>(                 \
         s, zt, pg, read_reg(s, xn), zm);                                                           \
   }
+
+} // namespace ZORVO_LENGTH

@@ -2,6 +2,8 @@
 #include "../state/cpu_state.h"
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Element i becomes base + i x step modulo the element width: only the low
@@ -70,3 +72,5 @@ aarch64_decode_rc sve_rdvl_ri(cpu_state* s, aarch64_i_reg xd, int imm) {
   write_reg(s, xd, widen(imm * static_cast<int>(vector_bytes())));
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -7,6 +7,8 @@
 #include "predicate_form.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 struct eq_op {
@@ -134,3 +136,5 @@ aarch64_decode_rc sve_cmplo_ppzi(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg p
                                  unsigned int imm) {
   return compare_immediate<kUnsigned>(s, pd, pg, zn, imm, lt_op{});
 }
+
+} // namespace ZORVO_LENGTH

@@ -5,6 +5,8 @@
 
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 // Zdn = op(Zdn, sources...) on the active elements, the sources being the
 // other vector operands in instruction order.
 template <typename T, typename Op, typename... Sources>
@@ -65,3 +67,5 @@ inline aarch64_decode_rc immediate_any(cpu_state* s, aarch64_z_reg zdn, Imm imm,
   });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

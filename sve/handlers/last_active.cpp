@@ -5,6 +5,8 @@
 #include "fp_element.h"
 #include "predicate_scan.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Element `last_active` of Zn, or the vector's last element when none is
@@ -47,3 +49,5 @@ aarch64_decode_rc sve_clastb_rpz(cpu_state* s, aarch64_i_reg rdn, aarch64_p_reg 
   });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -4,6 +4,8 @@
 #include "../state/cpu_state.h"
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // The element is read anew for each active element, as the instruction set
@@ -44,3 +46,5 @@ REPLICATING_LOAD(sve_ld1rw_zpri, uint32_t, uint32_t)
 REPLICATING_LOAD(sve_ld1rw_d_zpri, uint32_t, uint64_t)
 REPLICATING_LOAD(sve_ld1rsw_d_zpri, int32_t, uint64_t)
 REPLICATING_LOAD(sve_ld1rd_zpri, uint64_t, uint64_t)
+
+} // namespace ZORVO_LENGTH

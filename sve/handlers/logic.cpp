@@ -4,6 +4,8 @@
 #include "element.h"
 #include "int_shapes.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Each works on scalar elements and on host vectors alike.
@@ -93,3 +95,5 @@ aarch64_decode_rc sve_dupm_zi(cpu_state* s, aarch64_z_reg zd, aarch64_sve_logica
   commit(s->z[zd.num], replicated(imm));
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -6,6 +6,8 @@
 #include "element.h"
 #include "int_shapes.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 struct keep {
@@ -35,3 +37,5 @@ aarch64_decode_rc sve_movprfx_zpz(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg 
   by_element_size(zd.elem, [&](auto t) { move_zeroing<decltype(t)>(s, zd, pg, zn); });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

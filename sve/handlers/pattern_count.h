@@ -4,6 +4,8 @@
 
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 // Pattern values as the instruction encodes them; 14 to 28 have no name.
 enum predicate_pattern : unsigned {
   PATTERN_POW2 = 0,
@@ -40,3 +42,5 @@ template <typename T> inline unsigned pattern_count(unsigned pattern) {
     return 0;
   return fixed <= elements ? fixed : 0;
 }
+
+} // namespace ZORVO_LENGTH

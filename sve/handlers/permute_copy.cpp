@@ -5,6 +5,8 @@
 #include "../state/cpu_state.h"
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // The value comes from a scalar that is read before the first store, so these
@@ -94,3 +96,5 @@ aarch64_decode_rc sve_sel_zpzz(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg pg,
   });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -8,6 +8,8 @@
 #include "element.h"
 #include "permute_routines.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // `which` is 0 or 1: even or odd elements.
@@ -139,3 +141,5 @@ aarch64_decode_rc sve_ext_zzi(cpu_state* s, aarch64_z_reg zdn, aarch64_z_reg zm,
   std::memcpy(s->z[zdn.num], pair + (offset < bytes ? offset : 0), bytes);
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -5,6 +5,8 @@
 #include "predicate_scan.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 constexpr bool kAfter = true, kBefore = false;
@@ -117,3 +119,5 @@ aarch64_decode_rc sve_pnext_pp(cpu_state* s, aarch64_p_reg pdn, aarch64_p_reg pv
   });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

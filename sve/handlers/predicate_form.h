@@ -11,6 +11,8 @@
 
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 // ---- The byte-per-byte form ----
 //
 // Reading an element looks at bit 0 of its first byte only (`active` in
@@ -28,19 +30,27 @@ constexpr unsigned kPredicateWords = kMaxVectorBytes / 64;
 struct pred_bits {
   uint64_t w[kPredicateWords];
 };
+// The words the length uses: one for every length processors have.
+inline unsigned used_words() { return (vector_bytes() + 63) / 64; }
 
 // Packing: bit 0 of each byte moves to its place within its group of eight
-// (a shift by the byte's position), and an across-lanes sum of each group
-// gives its byte. Unpacking spreads a byte to all eight, keeps bit k in byte
-// k and turns each non-zero byte into 1 without a carry between bytes.
+// (a shift by the byte's position), and three pairwise additions sum each
+// group into one byte, 64 bytes to a word (chunks past the length count as
+// zeros). Unpacking spreads a byte to all eight, keeps bit k in byte k and
+// turns each non-zero byte into 1 without a carry between bytes.
 inline pred_bits pack_predicate(const uint8_t* pred) {
   const uint8x16_t one = vdupq_n_u8(1);
   const int8x16_t place = {0, 1, 2, 3, 4, 5, 6, 7, 0, 1, 2, 3, 4, 5, 6, 7};
+  const auto chunk = [&](unsigned at) {
+    return at < vector_bytes() ? vshlq_u8(vandq_u8(vld1q_u8(pred + at), one), place)
+                               : vdupq_n_u8(0);
+  };
   pred_bits bits{};
-  for (unsigned at = 0; at < vector_bytes(); at += 16) {
-    const uint8x16_t a = vshlq_u8(vandq_u8(vld1q_u8(pred + at), one), place);
-    const uint64_t sixteen = vaddv_u8(vget_low_u8(a)) | unsigned{vaddv_u8(vget_high_u8(a))} << 8;
-    bits.w[at / 64] |= sixteen << (at % 64);
+  for (unsigned k = 0; k < used_words(); ++k) {
+    const unsigned at = 64 * k;
+    const uint8x16_t pairs =
+        vpaddq_u8(vpaddq_u8(chunk(at), chunk(at + 16)), vpaddq_u8(chunk(at + 32), chunk(at + 48)));
+    bits.w[k] = vgetq_lane_u64(vreinterpretq_u64_u8(vpaddq_u8(pairs, pairs)), 0);
   }
   return bits;
 }
@@ -67,36 +77,37 @@ template <typename T> inline pred_bits element_starts() {
 }
 
 inline pred_bits operator&(const pred_bits& a, const pred_bits& b) {
-  pred_bits r;
-  for (unsigned k = 0; k < kPredicateWords; ++k) r.w[k] = a.w[k] & b.w[k];
+  pred_bits r{};
+  for (unsigned k = 0; k < used_words(); ++k) r.w[k] = a.w[k] & b.w[k];
   return r;
 }
 inline bool none_set(const pred_bits& p) {
   uint64_t any = 0;
-  for (uint64_t w : p.w) any |= w;
+  for (unsigned k = 0; k < used_words(); ++k) any |= p.w[k];
   return any == 0;
 }
 inline bool bit_set(const pred_bits& p, unsigned i) { return p.w[i / 64] >> (i % 64) & 1; }
 inline unsigned count_set(const pred_bits& p) {
   unsigned n = 0;
-  for (uint64_t w : p.w) n += static_cast<unsigned>(__builtin_popcountll(w));
+  for (unsigned k = 0; k < used_words(); ++k)
+    n += static_cast<unsigned>(__builtin_popcountll(p.w[k]));
   return n;
 }
 // The lowest and the highest set bit, or -1 when none is.
 inline int first_set(const pred_bits& p) {
-  for (unsigned k = 0; k < kPredicateWords; ++k)
+  for (unsigned k = 0; k < used_words(); ++k)
     if (p.w[k]) return static_cast<int>(64 * k + __builtin_ctzll(p.w[k]));
   return -1;
 }
 inline int last_set(const pred_bits& p) {
-  for (unsigned k = kPredicateWords; k-- > 0;)
+  for (unsigned k = used_words(); k-- > 0;)
     if (p.w[k]) return static_cast<int>(64 * k + 63 - __builtin_clzll(p.w[k]));
   return -1;
 }
 // Keeps the bits below `end`.
 inline pred_bits bits_below(const pred_bits& p, unsigned end) {
   pred_bits r{};
-  for (unsigned k = 0; k < kPredicateWords; ++k) {
+  for (unsigned k = 0; k < used_words(); ++k) {
     if (64 * (k + 1) <= end)
       r.w[k] = p.w[k];
     else if (64 * k < end)
@@ -155,3 +166,5 @@ inline void commit_with_flags(cpu_state* s, uint8_t* dst, const uint8_t* mask, c
   sve_ptest<T>(s, reinterpret_cast<const char*>(mask), reinterpret_cast<const char*>(result.b));
   commit(dst, result);
 }
+
+} // namespace ZORVO_LENGTH

@@ -9,6 +9,8 @@
 #include "predicate_scan.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 aarch64_decode_rc sve_pfalse_p(cpu_state* s, aarch64_p_reg pd) {
   std::memset(s->p[pd.num], 0, vector_bytes());
   return AARCH64_DECODE_OK;
@@ -104,3 +106,5 @@ aarch64_decode_rc sve_whilels_prr(cpu_state* s, aarch64_p_reg pd, aarch64_i_reg 
                                   aarch64_i_reg rm) {
   return while_any<kUnsigned>(s, pd, rn, rm, lower_or_same{});
 }
+
+} // namespace ZORVO_LENGTH

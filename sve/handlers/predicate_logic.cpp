@@ -4,6 +4,8 @@
 #include "../state/cpu_state.h"
 #include "predicate_form.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Each operation looks at bit 0 of its bytes only and gives 0 or 1.
@@ -98,3 +100,5 @@ aarch64_decode_rc sve_punpklo_pp(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg p
 aarch64_decode_rc sve_punpkhi_pp(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pn) {
   return unpack_half(s, pd, pn, vector_bytes() / 2);
 }
+
+} // namespace ZORVO_LENGTH

@@ -5,6 +5,8 @@
 #include "element.h"
 #include "permute_routines.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 char* chars(uint8_t* p) { return reinterpret_cast<char*>(p); }
@@ -38,3 +40,5 @@ aarch64_decode_rc sve_rev_pp(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pn) {
   commit(s->p[pd.num], out);
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

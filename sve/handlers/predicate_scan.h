@@ -5,6 +5,8 @@
 
 #include "predicate_form.h"
 
+namespace ZORVO_LENGTH {
+
 // Index of the last active element at stride sizeof(T), or -1 when there is none.
 template <typename T> inline int last_active(const uint8_t* pred) {
   const int last = last_set(pack_predicate(pred) & element_starts<T>());
@@ -21,3 +23,5 @@ template <typename T> inline nzcv_flags unmasked_flags(const uint8_t* result) {
   const pred_bits r = pack_predicate(result) & element_starts<T>();
   return {bit_set(r, 0), none_set(r), !active<T>(result, elements_of<T>() - 1), false};
 }
+
+} // namespace ZORVO_LENGTH

@@ -7,6 +7,8 @@
 #include "element.h"
 #include "int_shapes.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 template <typename T> constexpr unsigned bits_of = 8 * sizeof(T);
@@ -117,3 +119,5 @@ aarch64_decode_rc sve_asr_zzi(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn,
   shift_immediate<false>(s, zd.elem, zd.num, zn.num, nullptr, shift);
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

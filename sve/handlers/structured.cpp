@@ -8,6 +8,8 @@
 #include "../trace/memtrace_elements.h"
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 inline uint8_t* list_register(cpu_state* s, aarch64_z_reg zt, unsigned k) {
@@ -89,3 +91,5 @@ STRUCTURED_FORMS(int, 4, sve_ld4w_zpri, sve_ld4w_scaled_zprr, sve_st4w_zpri, sve
 STRUCTURED_FORMS(long, 2, sve_ld2d_zpri, sve_ld2d_scaled_zprr, sve_st2d_zpri, sve_st2d_scaled_zprr)
 STRUCTURED_FORMS(long, 3, sve_ld3d_zpri, sve_ld3d_scaled_zprr, sve_st3d_zpri, sve_st3d_scaled_zprr)
 STRUCTURED_FORMS(long, 4, sve_ld4d_zpri, sve_ld4d_scaled_zprr, sve_st4d_zpri, sve_st4d_scaled_zprr)
+
+} // namespace ZORVO_LENGTH

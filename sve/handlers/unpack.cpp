@@ -6,6 +6,8 @@
 #include "../state/cpu_state.h"
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 constexpr bool kLowHalf = false, kHighHalf = true;
@@ -47,3 +49,5 @@ aarch64_decode_rc sve_sunpklo_s2d_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_r
 aarch64_decode_rc sve_sunpkhi_s2d_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
   return unpack<int32_t, int64_t>(s, zd, zn, kHighHalf);
 }
+
+} // namespace ZORVO_LENGTH

@@ -8,6 +8,8 @@
 
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 template <typename T> using lanes128 = typename simd128<T>::type;
 
 template <typename T> inline lanes128<T> load_chunk(const uint8_t* base, unsigned chunk) {
@@ -75,3 +77,5 @@ inline void write_app_vector(uint64_t addr, const uint8_t* src) {
     asm volatile("str %q0, [%1]" : : "w"(v), "r"(addr + at) : "memory");
   }
 }
+
+} // namespace ZORVO_LENGTH

@@ -11,6 +11,8 @@
 #include "roi.h"
 #include "tracesink.h"
 
+namespace ZORVO_LENGTH {
+
 // memtrace_elements(s, addresses, pred, esize, msize, type, components): to
 // be called by an element-wise handler once all its element reads or writes
 // are done.
@@ -53,3 +55,5 @@ inline void memtrace_elements(const cpu_state* s, const uint64_t* addresses, con
     }
   }
 }
+
+} // namespace ZORVO_LENGTH

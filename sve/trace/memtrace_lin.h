@@ -10,6 +10,8 @@
 #include "roi.h"
 #include "tracesink.h"
 
+namespace ZORVO_LENGTH {
+
 // memtrace_lin<T, U>(s, base, pred, type): to be called by a contiguous load
 // or store handler once all its element reads or writes are done.
 //
@@ -45,3 +47,5 @@ void memtrace_lin(cpu_state* s, T* base, char* pred, memaccess_type_t type) {
     start = end;
   }
 }
+
+} // namespace ZORVO_LENGTH
