@@ -16,9 +16,12 @@ struct cpu_state {
   uint32_t fpsr;
   uint32_t fpcr;                              // shadow of the application's FPCR writes
   alignas(16) uint8_t z[32][kMaxVectorBytes]; // first 16 bytes of z[n] mirror Qn
-  uint8_t p[16][kMaxVectorBytes];             // one byte per vector byte, 0 or 1
-  uint8_t ffr[kMaxVectorBytes];               // same form as p
-  uint64_t raw_instr;                         // the word, written by thin decoders
+  // P and FFR start at multiples of 4 KiB, which one add instruction reaches
+  // (Z is reached through the immediate offsets of its loads and stores).
+  uint8_t unused_before_p[3 * 4096 - 288 - 32 * kMaxVectorBytes];
+  uint8_t p[16][kMaxVectorBytes]; // one byte per vector byte, 0 or 1
+  uint8_t ffr[kMaxVectorBytes];   // same form as p
+  uint64_t raw_instr;             // the word, written by thin decoders
   // Nonzero while one of the thread's words is being emulated (on the lean
   // path: for a whole run of them), when a fault of an emulated access is
   // the application's, at the instruction at pc, with these registers.
@@ -30,7 +33,7 @@ struct cpu_state {
 namespace record_offset {
 constexpr size_t regs = 0, pc = 256, nzcv = 264, fpsr = 272, fpcr = 276;
 constexpr size_t z = 288, z_stride = kMaxVectorBytes;
-constexpr size_t p = z + 32 * z_stride, p_stride = kMaxVectorBytes;
+constexpr size_t p = 3 * 4096, p_stride = kMaxVectorBytes;
 constexpr size_t ffr = p + 16 * p_stride;
 constexpr size_t raw_instr = ffr + kMaxVectorBytes;
 constexpr size_t emulating = raw_instr + 8;
