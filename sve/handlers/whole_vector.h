@@ -64,10 +64,13 @@ inline bool within_one_page(uint64_t addr) { return (addr & 4095) <= 4096 - vect
 
 // One 128-bit access per chunk, each an asm statement of its own so that
 // they stay in ascending order; memory operands let the compiler fold the
-// chunk's offset into the address.
+// chunk's offset into the address, and the loop unrolls where the length is
+// a constant (the compiler leaves loops of asm statements alone otherwise).
 inline void read_app_vector(uint8_t* dst, uint64_t addr) {
   using chunk_t = lanes128<uint8_t>;
-  for (unsigned at = 0; at < vector_bytes(); at += 16) {
+  const unsigned bytes = vector_bytes();
+#pragma GCC unroll 16
+  for (unsigned at = 0; at < bytes; at += 16) {
     chunk_t v;
     asm volatile("ldr %q0, %1" : "=w"(v) : "m"(*reinterpret_cast<const chunk_t*>(addr + at)));
     std::memcpy(dst + at, &v, 16);
@@ -76,7 +79,9 @@ inline void read_app_vector(uint8_t* dst, uint64_t addr) {
 
 inline void write_app_vector(uint64_t addr, const uint8_t* src) {
   using chunk_t = lanes128<uint8_t>;
-  for (unsigned at = 0; at < vector_bytes(); at += 16) {
+  const unsigned bytes = vector_bytes();
+#pragma GCC unroll 16
+  for (unsigned at = 0; at < bytes; at += 16) {
     chunk_t v;
     std::memcpy(&v, src + at, 16);
     asm volatile("str %q1, %0" : "=m"(*reinterpret_cast<chunk_t*>(addr + at)) : "w"(v));
