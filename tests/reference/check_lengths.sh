@@ -35,17 +35,20 @@ run_one() {
   return $status
 }
 status=0
-pids=()
+running=0
 for run in "${runs[@]}"; do
-  # Two at a time: wait for the oldest when two are running.
-  if [ ${#pids[@]} -ge 2 ]; then
-    wait "${pids[0]}" || status=1
-    pids=("${pids[@]:1}")
+  # Two at a time: a new length starts as soon as either running one ends.
+  if [ $running -ge 2 ]; then
+    wait -n || status=1
+    running=$((running - 1))
   fi
   run_one "$run" &
-  pids+=($!)
+  running=$((running + 1))
 done
-for pid in "${pids[@]}"; do wait "$pid" || status=1; done
+while [ $running -gt 0 ]; do
+  wait -n || status=1
+  running=$((running - 1))
+done
 
 # Columns in ascending length.
 files=$(for run in "${runs[@]}"; do echo "${run%%:*}"; done | sort -n | sed "s|.*|$out/vl&.tsv|" | paste -sd,)
