@@ -39,7 +39,15 @@ import time
 SYSROOT = "/usr/aarch64-linux-gnu"
 SHORT_REPEAT, LONG_REPEAT = 5, 10
 QEMU_USER = os.path.join("bench", "qemu-user", "usr", "bin", "qemu-aarch64-static")
-REFERENCE_CPU = "max,sve384=on"
+REFERENCE_CPU = "max,sve384=on"  # at the default length; --vl changes it
+DEFAULT_VECTOR_BITS = 384
+
+
+def reference_cpu(bits):
+    """The reference processor at a vector length: above 512 bits qemu starts
+    a program at its longest length only when told to."""
+    cpu = "max,sve%d=on" % bits
+    return cpu if bits <= 512 else cpu + ",sve-default-vector-length=%d" % (bits // 8)
 NO_SVE_CPU = "max,sve=off"
 DATA_MARK = "<!-- bench figures: "
 STDERR_LIMIT = 1 << 20  # a kernel that loops on a failing word says so endlessly
@@ -514,8 +522,21 @@ def main():
                              "e.g. --zorvo-option=--entry-by-signal")
     parser.add_argument("--no-qemu-user", action="store_true",
                         help="leave out the QEMU-user column (no download)")
-    parser.add_argument("--out", default=os.path.join(os.path.dirname(__file__), "results.md"))
+    parser.add_argument("--vl", type=int, default=DEFAULT_VECTOR_BITS, metavar="BITS",
+                        help="vector length of the reference and of zorvo --vl, in bits "
+                             "(default: 384)")
+    parser.add_argument("--out", help="results file (default: bench/results.md at 384 bits, "
+                                      "bench/results-vlBITS.md at another length)")
     args = parser.parse_args()
+    if args.vl % 128 or not 128 <= args.vl <= 2048:
+        parser.error("--vl needs a multiple of 128 from 128 to 2048")
+    global REFERENCE_CPU
+    REFERENCE_CPU = reference_cpu(args.vl)
+    if args.vl != DEFAULT_VECTOR_BITS:
+        args.zorvo_option = ["--vl", str(args.vl)] + args.zorvo_option
+    if not args.out:
+        name = "results.md" if args.vl == DEFAULT_VECTOR_BITS else "results-vl%d.md" % args.vl
+        args.out = os.path.join(os.path.dirname(__file__), name)
 
     qemu_user = None
     if not args.no_qemu_user:
@@ -535,7 +556,7 @@ def main():
 
     started = datetime.datetime.now()
     load = os.getloadavg()[0]
-    figures = {"label": args.label or default_label(), "rows": []}
+    figures = {"label": args.label or default_label(), "rows": [], "vector_bits": args.vl}
     with tempfile.TemporaryDirectory(prefix="zorvo-bench-") as scratch:
         runner = Runner(args.build, args.timeout, scratch, args.zorvo_option, qemu_user)
         figures["startup"] = startup_cost(runner)
@@ -551,6 +572,8 @@ def main():
             "`make bench` on %s, runtime: %s." % (started.strftime("%Y-%m-%d %H:%M"),
                                                   figures["label"]),
             "Host: %s. Load average at the start: %.1f." % (host(), load), "",
+            "Vector length: %d bits, on the reference (`-cpu %s`) and under zorvo."
+            % (args.vl, REFERENCE_CPU), "",
             "Instructions are guest instructions counted by bench/tools/insncount.c; "
             "instructions per emulated SVE = (zorvo − (reference − reference SVE)) / reference "
             "SVE. Times are the median wall-clock of %d runs of each under qemu, alternating; "

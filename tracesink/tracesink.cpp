@@ -60,6 +60,7 @@ struct sink_state {
   uint64_t start_ns = 0;
   char dir[PATH_MAX] = {};
   char app_name[trace_format::kMaxNameBytes + 1] = {};
+  std::atomic<uint32_t> vector_bytes{48};
 };
 sink_state sink;
 shard shards[kShards]; // all zero: costs no file space
@@ -131,7 +132,7 @@ bool open_file_locked() {
   h.app_name = sink.app_name;
   h.header_bytes = trace_format::header_bytes_for(h.app_name.size());
   h.record_bytes = trace_format::kRecordBytes;
-  h.vector_bytes = 48;
+  h.vector_bytes = sink.vector_bytes.load();
   h.pid = static_cast<uint32_t>(getpid());
   h.state = trace_format::kStateOpen;
   h.start_ns = sink.start_ns;
@@ -264,6 +265,8 @@ extern "C" SINK_API bool sve_init(int mode, const char* app_name) {
 }
 
 extern "C" SINK_API bool sve_exit(void) { return finish(); }
+
+extern "C" SINK_API void sve_vector_length(uint32_t bytes) { sink.vector_bytes.store(bytes); }
 
 extern "C" SINK_API uint64_t incr_count(void) {
   return sink.next_seq.fetch_add(1, std::memory_order_relaxed);

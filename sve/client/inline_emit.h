@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "../state/cpu_state.h"
+#include "../state/vector_length.h"
 
 // Registers of the inline code: the record is in X19 throughout a run; X9 to
 // X15 and every vector register are free there, since the record holds the
@@ -19,8 +20,9 @@ constexpr unsigned kInlineRecord = 19;
 constexpr unsigned kInlineThinCall = 21;
 constexpr unsigned kInlineTraceGate = 22;
 constexpr unsigned kChunkBytes = 16;
-constexpr unsigned kVectorChunks = kVectorBytes / kChunkBytes;
-static_assert(kVectorBytes % kChunkBytes == 0, "the vector is a whole number of Q registers");
+// The process's vector length is a whole number of Q registers; the code is
+// made for it when a word is translated.
+inline unsigned vector_chunks() { return process_vector_bytes() / kChunkBytes; }
 
 // Where the record keeps a register, and the 16 bytes of a vector register
 // that one Q register holds.
@@ -33,7 +35,7 @@ constexpr size_t p_offset(unsigned p, unsigned chunk) {
 constexpr size_t x_offset(unsigned x) { return offsetof(cpu_state, regs) + 8 * x; }
 
 // Up to this many words stand for one SVE word.
-constexpr unsigned kInlineMaxWords = 32 + 8 * kVectorChunks;
+constexpr unsigned kInlineMaxWords = 32 + 12 * (kMaxVectorBytes / kChunkBytes);
 
 // The words that, after a `blr` to the thin call entry, name the word to
 // emulate (the layout of word_call).

@@ -224,7 +224,7 @@ unsigned field(uint32_t word, unsigned hi, unsigned lo) {
 // Vd = op(Vn, Vm) chunk by chunk, Zn and Zm into Q0 and Q1.
 template <typename Op>
 void each_chunk(inline_code& c, unsigned zd, unsigned zn, unsigned zm, Op op) {
-  for (unsigned k = 0; k < kVectorChunks; ++k) {
+  for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 0, kInlineRecord, z_offset(zn, k));
     load_q(c, 1, kInlineRecord, z_offset(zm, k));
     c.put(op(0, 0, 1));
@@ -234,7 +234,7 @@ void each_chunk(inline_code& c, unsigned zd, unsigned zn, unsigned zm, Op op) {
 
 // Zd = op(Zdn, V1), with V1 already holding the constant operand.
 template <typename Op> void each_chunk_with_v1(inline_code& c, unsigned zdn, Op op) {
-  for (unsigned k = 0; k < kVectorChunks; ++k) {
+  for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 0, kInlineRecord, z_offset(zdn, k));
     c.put(op(0, 0, 1));
     store_q(c, 0, kInlineRecord, z_offset(zdn, k));
@@ -247,7 +247,7 @@ void broadcast_v1(inline_code& c, simd_size size, uint64_t value) {
 }
 
 void store_v1_everywhere(inline_code& c, unsigned zd) {
-  for (unsigned k = 0; k < kVectorChunks; ++k) store_q(c, 1, kInlineRecord, z_offset(zd, k));
+  for (unsigned k = 0; k < vector_chunks(); ++k) store_q(c, 1, kInlineRecord, z_offset(zd, k));
 }
 
 // The element count a pattern names, times the multiplier in bits 19:16.
@@ -280,12 +280,12 @@ bool shifted_imm8(uint32_t word, element_size elem, bool is_signed, uint64_t* va
 // each element's first predicate byte is 1: the AND of all chunks, then of
 // both halves, holds each element's byte at 1.
 unsigned branch_unless_all_true(inline_code& c, unsigned pg, simd_size size) {
-  if (kVectorChunks >= 3 && kVectorChunks <= 4) {
+  if (vector_chunks() >= 3 && vector_chunks() <= 4) {
     add_constant(c, 9, kInlineRecord, int64_t(p_offset(pg, 0)));
-    c.put(load_consecutive_q(2, kVectorChunks, 9));
-    for (unsigned k = 1; k < kVectorChunks; ++k) c.put(and_v(2, 2, 2 + k));
+    c.put(load_consecutive_q(2, vector_chunks(), 9));
+    for (unsigned k = 1; k < vector_chunks(); ++k) c.put(and_v(2, 2, 2 + k));
   } else {
-    for (unsigned k = 0; k < kVectorChunks; ++k) {
+    for (unsigned k = 0; k < vector_chunks(); ++k) {
       load_q(c, k == 0 ? 2 : 3, kInlineRecord, p_offset(pg, k));
       if (k > 0) c.put(and_v(2, 2, 3));
     }
@@ -336,7 +336,7 @@ bool emit_fp(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_co
   unsigned to_call = 0;
   if (predicated) to_call = branch_unless_all_true(c, pg, size);
   fpsr_in(c);
-  for (unsigned k = 0; k < kVectorChunks; ++k) {
+  for (unsigned k = 0; k < vector_chunks(); ++k) {
     auto operands = [&](unsigned first, unsigned second, unsigned third) {
       load_q(c, 0, kInlineRecord, z_offset(first, k));
       load_q(c, 1, kInlineRecord, z_offset(second, k));
@@ -464,7 +464,7 @@ bool emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
   const bool select = op == inline_op::sel_zpzz;
   const unsigned pg = select ? field(word, 13, 10) : field(word, 12, 10);
   lane_ones(c, size, 4);
-  for (unsigned k = 0; k < kVectorChunks; ++k) {
+  for (unsigned k = 0; k < vector_chunks(); ++k) {
     // sel: Zd = Pg ? Zn : Zm; the others: Zdn = Pg ? Zdn op Zm : Zdn.
     load_q(c, 0, kInlineRecord, z_offset(select ? zm : zd, k));
     load_q(c, select ? 2 : 1, kInlineRecord, z_offset(zn, k));
@@ -514,7 +514,7 @@ bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
   const sve_decoder decoder = get_sve_handler(word);
   if (decoder == nullptr) return false;
   const unsigned to_call = branch_unless_all_true(c, pg, size);
-  for (unsigned k = 0; k < kVectorChunks; ++k) {
+  for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 0, kInlineRecord, z_offset(zn, k));
     load_q(c, 1, kInlineRecord, z_offset(zm, k));
     c.put(compare | size << 22 | 1 << 16 | 0 << 5 | 0);
@@ -527,7 +527,7 @@ bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
   c.put(umov_d(12, 2, 1));
   c.put(0xaa0c016b); // orr x11, x11, x12
   load_byte(c, 9, kInlineRecord, p_offset(pd, 0));
-  load_byte(c, 10, kInlineRecord, p_offset(pd, 0) + kVectorBytes - (1u << size));
+  load_byte(c, 10, kInlineRecord, p_offset(pd, 0) + process_vector_bytes() - (1u << size));
   c.put(0xf100017f);                                     // cmp x11, #0
   c.put(0x1a9f17e0 | 11);                                // cset w11, eq: Z
   c.put(0x52000000 | 10 << 5 | 10);                      // eor w10, w10, #1: C
@@ -545,10 +545,10 @@ bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
 // Each element's number, in lanes of its size, for the predicate builders:
 // lane i of the vector holds i.
 struct lane_numbers {
-  alignas(16) uint8_t bytes[4][kVectorBytes] = {};
+  alignas(16) uint8_t bytes[4][kMaxVectorBytes] = {};
   constexpr lane_numbers() {
     for (unsigned size = 0; size < 4; ++size)
-      for (unsigned lane = 0; lane < kVectorBytes >> size; ++lane)
+      for (unsigned lane = 0; lane < kMaxVectorBytes >> size; ++lane)
         for (unsigned b = 0; b < (1u << size) && b < 8; ++b)
           bytes[size][(lane << size) + b] = uint8_t(uint64_t{lane} >> (8 * b));
   }
@@ -560,7 +560,7 @@ constexpr lane_numbers kLaneNumbers;
 // test of the result under an all-true predicate: N the first element
 // active, Z none, C not the last, V clear.
 bool emit_while(inline_op op, simd_size size, uint32_t word, inline_code& c) {
-  const unsigned elements = kVectorBytes >> size;
+  const unsigned elements = process_vector_bytes() >> size;
   if (elements > 255 && size == B) return false; // byte lanes hold counts up to 255
   const unsigned pd = field(word, 3, 0), rn = field(word, 9, 5), rm = field(word, 20, 16);
   const bool wide = field(word, 12, 12), is_signed = op == inline_op::while_lt;
@@ -584,7 +584,7 @@ bool emit_while(inline_op op, simd_size size, uint32_t word, inline_code& c) {
   c.put(dup_v_from_x(size, 0, 11));
   move_constant(c, 13, reinterpret_cast<uint64_t>(kLaneNumbers.bytes[size]));
   const unsigned bits = 8u << size;
-  for (unsigned k = 0; k < kVectorChunks; ++k) {
+  for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 1, 13, k * kChunkBytes);
     c.put(0x6e203400 | size << 22 | 1 << 16 | 0 << 5 | 1); // cmhi v1, v0, v1
     c.put(0x6f000400 | (bits + 1) << 16 | 1 << 5 | 1);     // ushr v1, v1, #bits-1
@@ -625,16 +625,16 @@ bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, i
   load_x(c, 9, kInlineRecord, x_offset(xn));
   if (op == inline_op::load_imm || op == inline_op::store_imm) {
     const int imm4 = int(field(word, 19, 16) ^ 8) - 8;
-    if (imm4 != 0) add_constant(c, 9, 9, int64_t{imm4} * kVectorBytes);
+    if (imm4 != 0) add_constant(c, 9, 9, int64_t{imm4} * process_vector_bytes());
   } else if (xm != 31) {
     load_x(c, 10, kInlineRecord, x_offset(xm));
     c.put(add_shifted(9, 9, 10, size));
   }
   if (load) {
-    for (unsigned k = 0; k < kVectorChunks; ++k) load_q(c, k, 9, k * kChunkBytes);
-    for (unsigned k = 0; k < kVectorChunks; ++k) store_q(c, k, kInlineRecord, z_offset(zt, k));
+    for (unsigned k = 0; k < vector_chunks(); ++k) load_q(c, k, 9, k * kChunkBytes);
+    for (unsigned k = 0; k < vector_chunks(); ++k) store_q(c, k, kInlineRecord, z_offset(zt, k));
   } else {
-    for (unsigned k = 0; k < kVectorChunks; ++k) {
+    for (unsigned k = 0; k < vector_chunks(); ++k) {
       load_q(c, 0, kInlineRecord, z_offset(zt, k));
       store_q(c, 0, 9, k * kChunkBytes);
     }
@@ -737,7 +737,7 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
     const uint32_t opcode = op == inline_op::lsl_zzi   ? 0x4f005400
                             : op == inline_op::asr_zzi ? 0x4f000400
                                                        : 0x6f000400;
-    for (unsigned k = 0; k < kVectorChunks; ++k) {
+    for (unsigned k = 0; k < vector_chunks(); ++k) {
       load_q(c, 0, kInlineRecord, z_offset(zn, k));
       c.put(opcode | shift_field << 16);
       store_q(c, 0, kInlineRecord, z_offset(zd, k));
@@ -745,7 +745,7 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
     return true;
   }
   case inline_op::movprfx_zz:
-    for (unsigned k = 0; k < kVectorChunks; ++k) {
+    for (unsigned k = 0; k < vector_chunks(); ++k) {
       load_q(c, 0, kInlineRecord, z_offset(zn, k));
       store_q(c, 0, kInlineRecord, z_offset(zd, k));
     }
@@ -773,7 +773,12 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
 } // namespace
 
 bool form_is_inline(int form) {
-  return form >= 0 && form < kFormCount && op_of_form(form) != inline_op::none;
+  if (form < 0 || form >= kFormCount) return false;
+  const inline_op op = op_of_form(form);
+  // A byte lane counts the active elements of a while: up to 255 of them.
+  const bool while_op = op == inline_op::while_lo || op == inline_op::while_lt;
+  if (while_op && kForms[form].elem == ELEM_B && process_vector_bytes() > 255) return false;
+  return op != inline_op::none;
 }
 
 bool translate_inline(uint32_t word, uint64_t pc, inline_code* code) {

@@ -14,6 +14,7 @@
 
 #include "../decode/sve_utils.h"
 #include "../memory/sve_fault.h"
+#include "../state/vector_length.h"
 #include "../trace/tracesink.h"
 #include "emulate.h"
 #include "mix.h"
@@ -62,7 +63,8 @@ void store_registers(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
          INSTR_CREATE_stp(dc, state_field(offsetof(cpu_state, regs[29]), OPSZ_16), x(29), x(30)));
   for (int v = 0; v < 32; ++v)
     insert(bb, where, pc,
-           INSTR_CREATE_str(dc, state_field(offsetof(cpu_state, z) + 48 * v, OPSZ_16), q(v)));
+           INSTR_CREATE_str(
+               dc, state_field(record_offset::z + record_offset::z_stride * v, OPSZ_16), q(v)));
   insert(bb, where, pc, INSTR_CREATE_mrs(dc, x(26), reg(DR_REG_NZCV)));
   insert(bb, where, pc,
          INSTR_CREATE_str(dc, state_field(offsetof(cpu_state, nzcv), OPSZ_8), x(26)));
@@ -81,7 +83,8 @@ void load_registers(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
   insert(bb, where, pc, INSTR_CREATE_msr(dc, reg(DR_REG_NZCV), x(26)));
   for (int v = 0; v < 32; ++v)
     insert(bb, where, pc,
-           INSTR_CREATE_ldr(dc, q(v), state_field(offsetof(cpu_state, z) + 48 * v, OPSZ_16)));
+           INSTR_CREATE_ldr(dc, q(v),
+                            state_field(record_offset::z + record_offset::z_stride * v, OPSZ_16)));
   for (int r = 0; r < 26; r += 2)
     insert(bb, where, pc,
            INSTR_CREATE_ldp(dc, x(r), x(r + 1),
@@ -191,12 +194,33 @@ void event_exit() {
   drmgr_exit();
 }
 
+// --vector-bytes N, from the launcher's --vl: the one length of the process.
+int take_vector_length_option(int argc, const char* argv[], std::string* error) {
+  int kept = 1;
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--vector-bytes") != 0) {
+      argv[kept++] = argv[i];
+      continue;
+    }
+    char* end = nullptr;
+    const long bytes = i + 1 < argc ? std::strtol(argv[i + 1], &end, 10) : 0;
+    if (end == nullptr || *end != '\0' || bytes <= 0 ||
+        !set_vector_bytes(static_cast<unsigned>(bytes))) {
+      *error = "--vector-bytes needs a multiple of 16 from 16 to 256";
+      return -1;
+    }
+    ++i;
+  }
+  return kept;
+}
+
 } // namespace
 
 DR_EXPORT void dr_client_main(client_id_t /*id*/, int argc, const char* argv[]) {
   dr_set_client_name("Zorvo SVE emulation client", "zorvo-maintainers@example.org");
   std::string parse_err;
   argc = take_mix_options(take_inline_option(argc, argv), argv, &parse_err);
+  if (argc >= 0) argc = take_vector_length_option(argc, argv, &parse_err);
   if (argc < 0 ||
       !droption_parser_t::parse_argv(DROPTION_SCOPE_CLIENT, argc, argv, &parse_err, NULL)) {
     dr_fprintf(STDERR, "SVE emulation client usage error: %s\n", parse_err.c_str());
@@ -214,6 +238,7 @@ DR_EXPORT void dr_client_main(client_id_t /*id*/, int argc, const char* argv[]) 
   // The runtime tells which faults of emulated accesses the application takes.
   application_handles_fault = dr_app_handles_signal_zorvo;
   this_thread_record = thread_record_for_faults;
+  sve_vector_length(vector_bytes());
   if (!sve_init(0, dr_get_application_name())) DR_ASSERT(false);
   dr_log(NULL, DR_LOG_ALL, 1, "SVE client initializing\n");
 }

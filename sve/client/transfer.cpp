@@ -8,8 +8,8 @@
 static_assert(offsetof(cpu_state, regs) == 0 && offsetof(cpu_state, regs[26]) == 208);
 static_assert(offsetof(cpu_state, regs[31]) == 248 && offsetof(cpu_state, nzcv) == 264);
 static_assert(offsetof(cpu_state, fpsr) == 272 && offsetof(cpu_state, fpcr) == 276);
-static_assert(offsetof(cpu_state, z) == 288 && sizeof(cpu_state::z[0]) == 48);
-static_assert(offsetof(cpu_state, emulating) == 2648);
+static_assert(record_offset::z == 288 && record_offset::z_stride == 256);
+static_assert(record_offset::emulating == 16648);
 
 // FPCR is read at every transfer rather than shadowed at each write: a block
 // holds only SVE words, so it cannot change between the entry and the calls.
@@ -53,9 +53,9 @@ zorvo_transfer_in:
   mrs x0, fpcr
   str w0, [x27, #276]
   mov x0, #1
-  str x0, [x27, #2648]
+  str x0, [x27, #16648]
   .irp n, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31
-  str q\n, [x27, #288 + 48 * \n]
+  str q\n, [x27, #288 + 256 * \n]
   .endr
   mov x19, x27
   adrp x20, zorvo_call_word
@@ -97,13 +97,13 @@ zorvo_call_word:
   .hidden zorvo_transfer_out
   .type zorvo_transfer_out, %function
 zorvo_transfer_out:
-  str xzr, [x27, #2648]
+  str xzr, [x27, #16648]
   ldr w0, [x27, #272]
   msr fpsr, x0
   ldr x0, [x27, #264]
   msr nzcv, x0
   .irp n, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31
-  ldr q\n, [x27, #288 + 48 * \n]
+  ldr q\n, [x27, #288 + 256 * \n]
   .endr
   ldr x0, [x27, #248]
   mov sp, x0

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "../generic/vector.h"
+#include "../state/vector_length.h"
 #include "decoders.h"
 #include "operands.h"
 #include "thin.h"
@@ -25,8 +26,8 @@
 constexpr uint32_t kGenericFpcrMask = 0x07c89f00;
 
 // Byte i of the register file's predicate form is bit i of the packed form.
-PredV to_pred_v(const uint8_t bytes[kVectorBytes]);
-void from_pred_v(const PredV& p, uint8_t bytes[kVectorBytes]);
+PredV to_pred_v(const uint8_t* bytes);
+void from_pred_v(const PredV& p, uint8_t* bytes);
 
 // The context of one instruction, and its way back into cpu_state.
 CpuContext enter_generic(const cpu_state* s);
@@ -43,7 +44,7 @@ template <typename Kind> struct Vec : Kind {
   using held = VecV;
   template <uint32_t E> static VecV load(const cpu_state* s, uint32_t w) {
     VecV v;
-    std::memcpy(v.b, s->z[Kind::template get<E>(w).num], kVectorBytes);
+    std::memcpy(v.b, s->z[Kind::template get<E>(w).num], vector_bytes());
     return v;
   }
   static const VecV* pass(const VecV& v) { return &v; }
@@ -98,12 +99,12 @@ template <typename Kind> struct ImmElement : Kind {
 
 // ---- Results ----
 
-// A vector built in supplied storage, all 48 bytes to Z register Hi:Lo.
+// A vector built in supplied storage, the whole register to Z register Hi:Lo.
 template <unsigned Hi, unsigned Lo> struct ToZ {
   template <auto Fn, typename... A> static void call(cpu_state* s, uint32_t w, A... a) {
     VecV out;
     Fn(&out, a...);
-    std::memcpy(s->z[field(w, Hi, Lo)], out.b, kVectorBytes);
+    std::memcpy(s->z[field(w, Hi, Lo)], out.b, vector_bytes());
   }
   static void describe(line_writer& out, uint32_t w) { out.printf("z%u", field(w, Hi, Lo)); }
   static void notation(line_writer& out) { show_field(out, 'Z', Hi, Lo, nullptr, kKind); }
@@ -141,12 +142,12 @@ template <unsigned Bits> struct ToX {
 };
 
 // A returned scalar into the low Bytes of SIMD&FP register 4:0, the rest
-// of the 48 bytes cleared.
+// of the register cleared.
 template <unsigned Bytes> struct ToV {
   template <auto Fn, typename... A> static void call(cpu_state* s, uint32_t w, A... a) {
     const uint64_t value = Fn(a...);
     uint8_t* z = s->z[field(w, 4, 0)];
-    std::memset(z, 0, kVectorBytes);
+    std::memset(z, 0, vector_bytes());
     std::memcpy(z, &value, Bytes);
   }
   static void describe(line_writer& out, uint32_t w) {
@@ -197,7 +198,22 @@ private:
   }
 };
 
+// The quadword permutes and the octaword loads are undefined below 256 bits,
+// as on a processor of that length.
+constexpr bool starts_with(const char* s, const char* prefix) {
+  return *prefix == 0 || (*s == *prefix && starts_with(s + 1, prefix + 1));
+}
+constexpr bool contains(const char* s, const char* part) {
+  return *s != 0 && (starts_with(s, part) || contains(s + 1, part));
+}
+constexpr bool needs_256_bits(const char* name) {
+  return (starts_with(name, "VecQ128") && !contains(name, "PMul")) || contains(name, "Dup1O") ||
+         contains(name, "Dup2O") || contains(name, "Dup4O") || contains(name, "Dup8O");
+}
+
 #define BRIDGE_DECODER(name, shape_type, elem)                                                     \
   aarch64_decode_rc name(cpu_state* s, uint32_t w) {                                               \
+    if constexpr (needs_256_bits(#name))                                                           \
+      if (process_vector_bytes() < 32) return AARCH64_DECODE_UNIMPLEMENTED;                        \
     return shape_type::run<elem, generic::name>(s, w);                                             \
   }

@@ -107,4 +107,6 @@
   DECODERS_##family(THIN_DECODER(name, shape, elem, handler, true))
 #define BRIDGE(family, map, key, name, shape, elem, mnemonic)                                      \
   DECODERS_##family(BRIDGE_DECODER(name, shape, elem))
+namespace ZORVO_LENGTH {
 #include "forms.inc"
+} // namespace ZORVO_LENGTH

@@ -4,8 +4,12 @@
 // always alike; a definition whose arguments differ does not link.
 #pragma once
 
+#include "../state/vector_length.h"
 #include "shapes.h"
+
+namespace ZORVO_LENGTH {
 
 #define THIN(family, map, key, name, shape, elem, handler, mnemonic)                               \
   shapes::shape::handler_type handler;
 #include "forms.inc"
+} // namespace ZORVO_LENGTH

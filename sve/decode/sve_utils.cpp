@@ -5,6 +5,13 @@
 #include "decode_maps.inc"
 #include "decoders.h"
 
+#define DECLARE_THIN_DECODERS(bytes)                                                               \
+  namespace fixed_##bytes {                                                                        \
+    const sve_decoder* thin_decoders();                                                            \
+  }
+ZORVO_FIXED_LENGTHS(DECLARE_THIN_DECODERS)
+#undef DECLARE_THIN_DECODERS
+
 namespace {
 
 const decode_map_info kMaps[kDecodeMapCount] = {
@@ -38,6 +45,20 @@ struct decode_unit_init {
   }
 } init_at_load;
 
+// The thin decoders for the process's length: its own compilation where the
+// length has one, else the one for any length.
+const sve_decoder* thin_decoders_now() {
+  switch (process_vector_bytes()) {
+#define CASE(bytes)                                                                                \
+  case bytes:                                                                                      \
+    return fixed_##bytes::thin_decoders();
+    ZORVO_FIXED_LENGTHS(CASE)
+#undef CASE
+  default:
+    return any_length::thin_decoders();
+  }
+}
+
 } // namespace
 
 aarch64_decode_rc sve_prefetch_nop(cpu_state*, uint32_t) { return AARCH64_DECODE_OK; }
@@ -52,7 +73,8 @@ int find_form(uint32_t word) {
 
 sve_decoder get_sve_handler(uint32_t word) {
   const int form = find_form(word);
-  return form < 0 ? nullptr : kForms[form].decoder;
+  if (form < 0) return nullptr;
+  return kForms[form].thin ? thin_decoders_now()[form] : kForms[form].decoder;
 }
 
 bool form_is_thin(int form) { return kForms[form].thin; }

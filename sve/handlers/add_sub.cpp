@@ -4,6 +4,8 @@
 #include "int_shapes.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 struct add_op {
@@ -51,3 +53,5 @@ aarch64_decode_rc sve_add_zi(cpu_state* s, aarch64_z_reg zdn, unsigned int imm) 
 aarch64_decode_rc sve_sub_zi(cpu_state* s, aarch64_z_reg zdn, unsigned int imm) {
   return immediate_any(s, zdn, imm, sub_op{});
 }
+
+} // namespace ZORVO_LENGTH

@@ -5,6 +5,8 @@
 #include "contiguous.h"
 #include "../state/cpu_state.h"
 
+namespace ZORVO_LENGTH {
+
 CONTIGUOUS_FORMS(memaccess_load, sve_ld1b_zpri, sve_ld1b_scaled_zprr, uint8_t, uint8_t)
 CONTIGUOUS_FORMS(memaccess_load, sve_ld1b_h_zpri, sve_ld1b_h_scaled_zprr, uint8_t, uint16_t)
 CONTIGUOUS_FORMS(memaccess_load, sve_ld1b_s_zpri, sve_ld1b_s_scaled_zprr, uint8_t, uint32_t)
@@ -42,3 +44,5 @@ CONTIGUOUS_FORMS(memaccess_store, sve_stnt1b_zpri, sve_stnt1b_scaled_zprr, uint8
 CONTIGUOUS_FORMS(memaccess_store, sve_stnt1h_zpri, sve_stnt1h_scaled_zprr, uint16_t, uint16_t)
 CONTIGUOUS_FORMS(memaccess_store, sve_stnt1w_zpri, sve_stnt1w_scaled_zprr, uint32_t, uint32_t)
 CONTIGUOUS_FORMS(memaccess_store, sve_stnt1d_zpri, sve_stnt1d_scaled_zprr, uint64_t, uint64_t)
+
+} // namespace ZORVO_LENGTH

@@ -13,11 +13,13 @@
 #include "predicate_form.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 // Xn|SP + imm * (bytes one vector's elements occupy in memory): for the
-// widening forms that is less than 48.
+// widening forms that is less than the vector length.
 template <typename T, typename U>
 inline uint64_t vector_offset_address(const cpu_state* s, aarch64_i_rsp_reg xn, int imm) {
-  constexpr int64_t footprint = 48 / sizeof(U) * sizeof(T);
+  const int64_t footprint = elements_of<U>() * sizeof(T);
   return read_reg(s, xn) + static_cast<uint64_t>(imm * footprint);
 }
 
@@ -31,7 +33,7 @@ inline uint64_t scaled_index_address(const cpu_state* s, aarch64_i_rsp_reg xn, a
 // are left as they are.
 template <typename T, typename U>
 inline void load_active_elements(uint8_t* z, const uint8_t* pred, uint64_t addr,
-                                 unsigned count = 48 / sizeof(U)) {
+                                 unsigned count = elements_of<U>()) {
   for (unsigned i = 0; i < count; ++i) {
     const U v = active<U>(pred, i) ? static_cast<U>(read_app<T>(addr + i * sizeof(T))) : U{0};
     store_elem<U>(z, i, v);
@@ -42,10 +44,12 @@ inline void load_active_elements(uint8_t* z, const uint8_t* pred, uint64_t addr,
 // costs its active elements, not the whole vector's.
 template <typename T, typename U>
 inline void store_active_elements(const uint8_t* z, const uint8_t* pred, uint64_t addr) {
-  for (uint64_t left = pack_predicate(pred) & element_starts<U>(); left; left &= left - 1) {
-    const unsigned i = static_cast<unsigned>(__builtin_ctzll(left)) / sizeof(U);
-    write_app<T>(addr + i * sizeof(T), static_cast<T>(load_elem<U>(z, i)));
-  }
+  const pred_bits starts = pack_predicate(pred) & element_starts<U>();
+  for (unsigned k = 0; k < used_words(); ++k)
+    for (uint64_t left = starts.w[k]; left; left &= left - 1) {
+      const unsigned i = (64 * k + static_cast<unsigned>(__builtin_ctzll(left))) / sizeof(U);
+      write_app<T>(addr + i * sizeof(T), static_cast<T>(load_elem<U>(z, i)));
+    }
 }
 
 // A whole contiguous access: the elements first, then the trace records, so
@@ -56,9 +60,9 @@ aarch64_decode_rc contiguous_access(cpu_state* s, aarch64_z_reg zt, aarch64_p_re
   uint8_t* pred = s->p[pg.num];
   if (sizeof(T) == sizeof(U) && within_one_page(addr) && all_active<U>(pred)) {
     if constexpr (Type == memaccess_load)
-      read_app_48(s->z[zt.num], addr);
+      read_app_vector(s->z[zt.num], addr);
     else
-      write_app_48(addr, s->z[zt.num]);
+      write_app_vector(addr, s->z[zt.num]);
   } else if constexpr (Type == memaccess_load) {
     load_active_elements<T, U>(s->z[zt.num], pred, addr);
   } else {
@@ -79,3 +83,5 @@ aarch64_decode_rc contiguous_access(cpu_state* s, aarch64_z_reg zt, aarch64_p_re
                                aarch64_i_rsp_reg xn, aarch64_i_reg xm) {                           \
     return contiguous_access<T, U, type>(s, zt, pg, scaled_index_address<T>(s, xn, xm));           \
   }
+
+} // namespace ZORVO_LENGTH

@@ -5,6 +5,8 @@
 #include "element.h"
 #include "int_shapes.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // The instruction's rules, which the host divide follows too: a division by
@@ -93,3 +95,5 @@ aarch64_decode_rc sve_umin_zpz(cpu_state* s, aarch64_z_reg zdn, aarch64_p_reg pg
 aarch64_decode_rc sve_neg_zpz(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
   return merge_unary_any(s, zd, pg, zn, negate{});
 }
+
+} // namespace ZORVO_LENGTH

@@ -11,9 +11,9 @@
 #include "../state/cpu_state.h"
 #include "element.h"
 
-namespace {
+namespace ZORVO_LENGTH {
 
-constexpr unsigned kSegments = 3;
+namespace {
 
 // Four 32-bit sums of four byte products each.
 inline uint32x4_t dot_bytes(bool is_signed, uint8x16_t n, uint8x16_t m) {
@@ -62,8 +62,8 @@ aarch64_decode_rc dot(cpu_state* s, bool is_signed, aarch64_z_reg zda, aarch64_z
                       aarch64_z_reg zm, int index) {
   const uint32_t elem = zda.rw_elem;
   uint8_t* d = s->z[zda.num];
-  vec48 out;
-  for (unsigned segment = 0; segment < kSegments; ++segment) {
+  vreg out;
+  for (unsigned segment = 0; segment < chunks(); ++segment) {
     const uint8x16_t n = vld1q_u8(s->z[zn.num] + 16 * segment);
     const uint8x16_t m = multiplier(s->z[zm.num], segment, elem, index);
     const uint8x16_t acc = vld1q_u8(d + 16 * segment);
@@ -101,3 +101,5 @@ aarch64_decode_rc sve_udot_zzzi(cpu_state* s, aarch64_z_reg zda, aarch64_z_reg z
                                 unsigned int index) {
   return dot(s, kUnsigned, zda, zn, zm, static_cast<int>(index));
 }
+
+} // namespace ZORVO_LENGTH

@@ -1,4 +1,4 @@
-// Building blocks shared by the fast handlers: element access on the 48-byte
+// Building blocks shared by the fast handlers: element access on the
 // registers, the predicate test, and dispatch on the element size.
 #pragma once
 
@@ -7,6 +7,9 @@
 #include <type_traits>
 
 #include "../state/cpu_state.h"
+#include "../state/vector_length.h"
+
+namespace ZORVO_LENGTH {
 
 template <typename T> inline T load_elem(const uint8_t* base, unsigned i) {
   T v;
@@ -26,11 +29,14 @@ template <typename T> inline bool active(const uint8_t* pred, unsigned i) {
 
 // A register result is built in a local buffer and copied last, so that a
 // destination may also be any of the sources.
-struct vec48 {
-  alignas(16) uint8_t b[48];
+struct vreg {
+  alignas(16) uint8_t b[kMaxVectorBytes];
 };
 
-inline void commit(uint8_t* dst, const vec48& v) { std::memcpy(dst, v.b, 48); }
+inline void commit(uint8_t* dst, const vreg& v) { std::memcpy(dst, v.b, vector_bytes()); }
+
+// Elements of sizeof(T) bytes in a vector.
+template <typename T> inline unsigned elements_of() { return vector_bytes() / sizeof(T); }
 
 template <unsigned Bytes> struct uint_of;
 template <> struct uint_of<1> { using type = uint8_t; };
@@ -73,19 +79,22 @@ template <typename T> inline T mul_wrap(T a, T b) {
   return static_cast<T>(static_cast<wide>(a) * static_cast<wide>(b));
 }
 
-// 48 bytes are exactly three 128-bit host vectors.
+// A vector is a whole number of 128-bit host vectors: its chunks.
+inline unsigned chunks() { return vector_bytes() / 16; }
 template <typename T> struct simd128 { typedef T type __attribute__((vector_size(16))); };
 
 template <typename T, typename Op>
 inline void unpredicated_simd(uint8_t* dst, const uint8_t* a, const uint8_t* b, Op op) {
   using V = typename simd128<T>::type;
-  vec48 out;
-  for (unsigned third = 0; third < 3; ++third) {
+  vreg out;
+  for (unsigned at = 0; at < vector_bytes(); at += 16) {
     V x, y;
-    std::memcpy(&x, a + 16 * third, 16);
-    std::memcpy(&y, b + 16 * third, 16);
+    std::memcpy(&x, a + at, 16);
+    std::memcpy(&y, b + at, 16);
     const V r = op(x, y);
-    std::memcpy(out.b + 16 * third, &r, 16);
+    std::memcpy(out.b + at, &r, 16);
   }
   commit(dst, out);
 }
+
+} // namespace ZORVO_LENGTH

@@ -6,6 +6,8 @@
 #include "pattern_count.h"
 #include "predicate_scan.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // At most 256 x 16, so the product cannot overflow.
@@ -27,8 +29,8 @@ template <typename T>
 aarch64_decode_rc step_vector(cpu_state* s, aarch64_z_reg zdn, unsigned pattern,
                               unsigned multiplier, bool decrement) {
   const T step = static_cast<T>(pattern_step<T>(pattern, multiplier));
-  vec48 steps;
-  for (unsigned i = 0; i < 48 / sizeof(T); ++i) store_elem<T>(steps.b, i, step);
+  vreg steps;
+  for (unsigned i = 0; i < elements_of<T>(); ++i) store_elem<T>(steps.b, i, step);
   uint8_t* z = s->z[zdn.num];
   if (decrement)
     unpredicated_simd<T>(z, z, steps.b, [](auto a, auto b) { return a - b; });
@@ -110,11 +112,10 @@ aarch64_decode_rc sve_incp_rp(cpu_state* s, aarch64_i_reg xdn, aarch64_p_reg pm)
 aarch64_decode_rc sve_cntp_rpp(cpu_state* s, aarch64_i_reg xd, aarch64_p_reg pg, aarch64_p_reg pn) {
   const uint8_t* g = s->p[pg.num];
   const uint8_t* n = s->p[pn.num];
-  const uint64_t both = pack_predicate(g) & pack_predicate(n);
+  const pred_bits both = pack_predicate(g) & pack_predicate(n);
   unsigned count = 0;
-  by_element_size(pn.elem, [&](auto t) {
-    count = static_cast<unsigned>(__builtin_popcountll(both & element_starts<decltype(t)>()));
-  });
+  by_element_size(pn.elem,
+                  [&](auto t) { count = count_set(both & element_starts<decltype(t)>()); });
   write_reg(s, xd, count);
   return AARCH64_DECODE_OK;
 }
@@ -129,3 +130,5 @@ aarch64_decode_rc sve_uqdecb_rii(cpu_state* s, aarch64_i_reg rdn, unsigned int p
   write_reg(s, rdn, value > step ? value - step : 0);
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

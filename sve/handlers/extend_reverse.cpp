@@ -6,6 +6,8 @@
 #include "element.h"
 #include "int_shapes.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // The element converted through Src: its low bits, sign- or zero-extended
@@ -69,3 +71,5 @@ aarch64_decode_rc sve_revw_zpz(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg pg,
   merge_unary<uint64_t>(s, zd, pg, zn, swap_words{});
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -6,6 +6,8 @@
 #include "../state/cpu_state.h"
 #include "predicate_form.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Xn|SP + imm * (the register's bytes in memory), the product taken as a
@@ -17,30 +19,36 @@ uint64_t register_slot(const cpu_state* s, aarch64_i_rsp_reg xn, int imm, int by
 } // namespace
 
 aarch64_decode_rc sve_ldr_zri(cpu_state* s, aarch64_z_reg zt, aarch64_i_rsp_reg xn, int imm) {
-  std::memcpy(s->z[zt.num], reinterpret_cast<const void*>(register_slot(s, xn, imm, 48)), 48);
+  const unsigned bytes = vector_bytes();
+  std::memcpy(s->z[zt.num], reinterpret_cast<const void*>(register_slot(s, xn, imm, bytes)), bytes);
   return AARCH64_DECODE_OK;
 }
 
 aarch64_decode_rc sve_str_zri(cpu_state* s, aarch64_z_reg zt, aarch64_i_rsp_reg xn, int imm) {
-  std::memcpy(reinterpret_cast<void*>(register_slot(s, xn, imm, 48)), s->z[zt.num], 48);
+  const unsigned bytes = vector_bytes();
+  std::memcpy(reinterpret_cast<void*>(register_slot(s, xn, imm, bytes)), s->z[zt.num], bytes);
   return AARCH64_DECODE_OK;
 }
 
-// In memory a predicate is 6 bytes, one bit per register byte. Six bytes are
-// moved as two overlapping 32-bit accesses at +0 and +2.
+// In memory a predicate is one bit per register byte: an eighth of the vector
+// length, always a whole number of 16-bit pieces, moved in ascending order.
 aarch64_decode_rc sve_ldr_pri(cpu_state* s, aarch64_p_reg pt, aarch64_i_rsp_reg xn, int imm) {
-  const uint64_t addr = register_slot(s, xn, imm, 6);
-  const uint64_t low = read_app<uint32_t>(addr) & 0xffff;
-  const uint64_t high = read_app<uint32_t>(addr + 2);
-  const uint64_t bits = low | high << 16;
+  const unsigned bytes = vector_bytes() / 8;
+  const uint64_t addr = register_slot(s, xn, imm, static_cast<int>(bytes));
+  pred_bits bits{};
+  for (unsigned at = 0; at < bytes; at += 2)
+    bits.w[at / 8] |= uint64_t{read_app<uint16_t>(addr + at)} << (8 * (at % 8));
   unpack_predicate(s->p[pt.num], bits);
   return AARCH64_DECODE_OK;
 }
 
 aarch64_decode_rc sve_str_pri(cpu_state* s, aarch64_p_reg pt, aarch64_i_rsp_reg xn, int imm) {
-  const uint64_t addr = register_slot(s, xn, imm, 6);
-  const uint64_t bits = pack_predicate(s->p[pt.num]);
-  write_app<uint32_t>(addr, static_cast<uint32_t>(bits));
-  write_app<uint32_t>(addr + 2, static_cast<uint32_t>(bits >> 16));
+  const unsigned bytes = vector_bytes() / 8;
+  const uint64_t addr = register_slot(s, xn, imm, static_cast<int>(bytes));
+  const pred_bits bits = pack_predicate(s->p[pt.num]);
+  for (unsigned at = 0; at < bytes; at += 2)
+    write_app<uint16_t>(addr + at, static_cast<uint16_t>(bits.w[at / 8] >> (8 * (at % 8))));
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

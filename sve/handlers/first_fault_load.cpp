@@ -10,6 +10,8 @@
 #include "../state/cpu_state.h"
 #include "contiguous.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 bool readable_at(uint64_t addr) { return addr_is_readable<char>(reinterpret_cast<char*>(addr)); }
@@ -26,7 +28,7 @@ aarch64_decode_rc non_fault_load(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg p
   uint8_t* z = s->z[zt.num];
   bool readable = readable_at(addr);
   int32_t probed_offset = page_offset(addr);
-  for (unsigned i = 0; i < 48 / sizeof(U); ++i) {
+  for (unsigned i = 0; i < elements_of<U>(); ++i) {
     if (!active<U>(pred, i)) {
       store_elem<U>(z, i, U{0});
       continue;
@@ -46,22 +48,23 @@ aarch64_decode_rc non_fault_load(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg p
 }
 
 // By page, not by element: the page of the start address is read unguarded.
-// Only when the 48-byte span runs into the next page, and that page cannot
+// Only when the vector's span runs into the next page, and that page cannot
 // be read, do the elements from the page end on stay unloaded; the count is
 // of register elements, so widening forms stop short of the page end.
 template <typename T, typename U>
 aarch64_decode_rc first_fault_load(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,
                                    uint64_t addr) {
   uint8_t* pred = s->p[pg.num];
-  unsigned loaded = 48 / sizeof(U);
-  if (page_offset(addr) > page_offset(addr + 48) && !readable_at(addr + page_size)) {
+  const unsigned bytes = vector_bytes();
+  unsigned loaded = elements_of<U>();
+  if (page_offset(addr) > page_offset(addr + bytes) && !readable_at(addr + page_size)) {
     const uint64_t to_page_end = page_size - (addr & (page_size - 1));
-    loaded = static_cast<unsigned>(to_page_end < 48 ? to_page_end : 48) / sizeof(U);
-    std::memset(s->ffr + loaded * sizeof(U), 0, 48 - loaded * sizeof(U));
+    loaded = static_cast<unsigned>(to_page_end < bytes ? to_page_end : bytes) / sizeof(U);
+    std::memset(s->ffr + loaded * sizeof(U), 0, bytes - loaded * sizeof(U));
   }
-  if (loaded == 48 / sizeof(U) && sizeof(T) == sizeof(U) && within_one_page(addr) &&
+  if (loaded == elements_of<U>() && sizeof(T) == sizeof(U) && within_one_page(addr) &&
       all_active<U>(pred))
-    read_app_48(s->z[zt.num], addr);
+    read_app_vector(s->z[zt.num], addr);
   else
     load_active_elements<T, U>(s->z[zt.num], pred, addr, loaded);
   memtrace_lin<T, U>(s, reinterpret_cast<T*>(addr), reinterpret_cast<char*>(pred), memaccess_load);
@@ -106,3 +109,5 @@ FIRST_FAULT_FORM(sve_ldff1b_d_scaled_zprr, uint8_t, uint64_t)
 FIRST_FAULT_FORM(sve_ldff1w_scaled_zprr, uint32_t, uint32_t)
 FIRST_FAULT_FORM(sve_ldff1w_d_scaled_zprr, uint32_t, uint64_t)
 FIRST_FAULT_FORM(sve_ldff1d_scaled_zprr, uint64_t, uint64_t)
+
+} // namespace ZORVO_LENGTH

@@ -6,6 +6,8 @@
 #include "fp_element.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // The reversed forms: the same instruction with its operands swapped.
@@ -129,3 +131,5 @@ aarch64_decode_rc sve_fsub_zzz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn,
 aarch64_decode_rc sve_fmul_zzz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm) {
   return unpredicated(s, zd, zn, zm, fmul_op{});
 }
+
+} // namespace ZORVO_LENGTH

@@ -5,6 +5,8 @@
 #include "../state/cpu_state.h"
 #include "fp_element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 constexpr uint64_t kN = uint64_t{1} << 31, kZ = uint64_t{1} << 30, kC = uint64_t{1} << 29,
@@ -51,9 +53,10 @@ void compare(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_z_reg zn,
   using U = bits_of<T>;
   const uint8_t* n = s->z[zn.num];
   const uint8_t* mask = s->p[pg.num];
-  vec48 result;
+  vreg result;
+  const unsigned count = elements_of<T>();
 #pragma GCC unroll 12
-  for (unsigned i = 0; i < 48 / sizeof(T); ++i) {
+  for (unsigned i = 0; i < count; ++i) {
     const bool on = active<T>(mask, i) && cond(compare_op(load_elem<T>(n, i), right(i)));
     store_elem<U>(result.b, i, on ? U{1} : U{0});
   }
@@ -126,3 +129,5 @@ aarch64_decode_rc sve_fcmlt_ppz(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pg
                                 aarch64_z_reg zn) {
   return with_zero(s, pd, pg, zn, signalling{}, cond_lt{});
 }
+
+} // namespace ZORVO_LENGTH

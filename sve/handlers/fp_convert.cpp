@@ -5,6 +5,8 @@
 #include "../state/cpu_state.h"
 #include "fp_element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Each active element of Zd becomes convert(element of Zn), both read and
@@ -102,3 +104,5 @@ aarch64_decode_rc sve_ucvtf_d2d_zpz(cpu_state* s, aarch64_z_reg zd, aarch64_p_re
                                     aarch64_z_reg zn) {
   return convert<uint64_t>(s, zd, pg, zn, [](uint64_t e) { return to_bits(host_ucvtf_d(e)); });
 }
+
+} // namespace ZORVO_LENGTH

@@ -8,6 +8,8 @@
 #include "element.h"
 #include "host_fp.h"
 
+namespace ZORVO_LENGTH {
+
 // Calls fn with a double for size d and a float for anything else: the
 // floating-point handlers exist at s and d only.
 template <typename Fn> inline void by_fp_size(uint32_t size, Fn&& fn) {
@@ -61,9 +63,10 @@ template <typename T, typename Value>
 inline void merge_elements(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg pg, Value value) {
   const uint8_t* d = s->z[zd.num];
   const uint8_t* p = s->p[pg.num];
-  vec48 out;
+  vreg out;
+  const unsigned count = elements_of<T>();
 #pragma GCC unroll 12
-  for (unsigned i = 0; i < 48 / sizeof(T); ++i)
+  for (unsigned i = 0; i < count; ++i)
     store_elem<T>(out.b, i, active<T>(p, i) ? value(i) : load_elem<T>(d, i));
   commit(s->z[zd.num], out);
 }
@@ -71,16 +74,19 @@ inline void merge_elements(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg pg, Val
 // Every element of Zd becomes value(i).
 template <typename T, typename Value>
 inline void all_elements(cpu_state* s, aarch64_z_reg zd, Value value) {
-  vec48 out;
+  vreg out;
+  const unsigned count = elements_of<T>();
 #pragma GCC unroll 12
-  for (unsigned i = 0; i < 48 / sizeof(T); ++i) store_elem<T>(out.b, i, value(i));
+  for (unsigned i = 0; i < count; ++i) store_elem<T>(out.b, i, value(i));
   commit(s->z[zd.num], out);
 }
 
 // Writes a scalar result to V register vd: its low element, and zeros in
-// the rest of the 48 bytes, as any write to a SIMD&FP scalar does.
+// the rest of the register, as any write to a SIMD&FP scalar does.
 template <typename T> inline void write_scalar(cpu_state* s, unsigned vd, T value) {
-  vec48 out{};
+  vreg out{};
   store_elem<T>(out.b, 0, value);
   commit(s->z[vd], out);
 }
+
+} // namespace ZORVO_LENGTH

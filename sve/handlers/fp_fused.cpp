@@ -5,6 +5,8 @@
 #include "fp_element.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Negation is the sign flip of fneg, before the fmadd: a NaN operand comes
@@ -33,12 +35,12 @@ template <typename T> lanes128<T> negate_lanes(lanes128<T> v) {
 // elements the lanes could raise flags that the instruction does not.
 template <typename T, bool NegateAddend, bool NegateFactor1>
 void fused_whole(cpu_state* s, unsigned dest, unsigned addend, unsigned factor1, unsigned factor2) {
-  vec48 out;
-  for (unsigned third = 0; third < 3; ++third) {
-    lanes128<T> acc = load_third<T>(s->z[addend], third), x = load_third<T>(s->z[factor1], third);
+  vreg out;
+  for (unsigned chunk = 0; chunk < chunks(); ++chunk) {
+    lanes128<T> acc = load_chunk<T>(s->z[addend], chunk), x = load_chunk<T>(s->z[factor1], chunk);
     if (NegateAddend) acc = negate_lanes<T>(acc);
     if (NegateFactor1) x = negate_lanes<T>(x);
-    store_third<T>(out.b, third, host_fmla(acc, x, load_third<T>(s->z[factor2], third)));
+    store_chunk<T>(out.b, chunk, host_fmla(acc, x, load_chunk<T>(s->z[factor2], chunk)));
   }
   commit(s->z[dest], out);
 }
@@ -124,12 +126,15 @@ aarch64_decode_rc sve_fcmla_zpzzr(cpu_state* s, aarch64_z_reg zda, aarch64_p_reg
                                   aarch64_z_reg zn, aarch64_z_reg zm, unsigned int rotation) {
   by_fp_size(zda.rw_elem, [&](auto t) {
     using T = decltype(t);
-    vec48 out;
+    vreg out;
+    const unsigned count = elements_of<T>() / 2;
 #pragma GCC unroll 6
-    for (unsigned k = 0; k < 48 / sizeof(T) / 2; ++k)
+    for (unsigned k = 0; k < count; ++k)
       complex_pair<T>(s->z[zda.num], s->z[zn.num], s->z[zm.num], s->p[pg.num], k, rotation & 3,
                       out.b);
     commit(s->z[zda.num], out);
   });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -3,21 +3,25 @@
 #include "../state/cpu_state.h"
 #include "fp_element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
-// The 12 or 6 elements fill 16 or 8 slots, an inactive element and the
-// padding holding the identity. Neighbours are combined level by level
-// (0 with 1, 2 with 3, ...), the identity taking part in real operations:
-// that decides the flags and the flushing of denormals, as on the reference.
+// The elements fill the slots of the vector length rounded up to a power of
+// two, an inactive element and the padding holding the identity. Neighbours are combined level by
+// level (0 with 1, 2 with 3, ...), the identity taking part in real operations: that decides the
+// flags and the flushing of denormals, as on the reference.
 template <typename T, typename Op>
 T tree_reduce(const cpu_state* s, aarch64_p_reg pg, aarch64_z_reg zn, T identity, Op op) {
-  constexpr unsigned kElements = 48 / sizeof(T), kSlots = sizeof(T) == 4 ? 16 : 8;
+  const unsigned elements = elements_of<T>();
+  unsigned slots = 1;
+  while (slots < elements) slots *= 2;
   const uint8_t* n = s->z[zn.num];
   const uint8_t* p = s->p[pg.num];
-  T slot[kSlots];
-  for (unsigned i = 0; i < kSlots; ++i)
-    slot[i] = i < kElements && active<T>(p, i) ? load_elem<T>(n, i) : identity;
-  for (unsigned width = kSlots; width > 1; width /= 2)
+  T slot[kMaxVectorBytes / sizeof(T)];
+  for (unsigned i = 0; i < slots; ++i)
+    slot[i] = i < elements && active<T>(p, i) ? load_elem<T>(n, i) : identity;
+  for (unsigned width = slots; width > 1; width /= 2)
     for (unsigned k = 0; k < width / 2; ++k) slot[k] = op(slot[2 * k], slot[2 * k + 1]);
   return slot[0];
 }
@@ -60,9 +64,11 @@ aarch64_decode_rc sve_fadda_vpz(cpu_state* s, unsigned int vdn, aarch64_p_reg pg
     const uint8_t* m = s->z[zm.num];
     const uint8_t* p = s->p[pg.num];
     T acc = load_elem<T>(s->z[vdn], 0);
-    for (unsigned i = 0; i < 48 / sizeof(T); ++i)
+    for (unsigned i = 0; i < elements_of<T>(); ++i)
       if (active<T>(p, i)) acc = host_fadd(acc, load_elem<T>(m, i));
     write_scalar<T>(s, vdn, acc);
   });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -5,6 +5,8 @@
 #include "../state/cpu_state.h"
 #include "fp_element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Sign changes are bit operations: a NaN keeps its payload, nothing is
@@ -109,3 +111,5 @@ aarch64_decode_rc sve_fdup_zi(cpu_state* s, aarch64_z_reg zd, aarch64_sve_fp_dup
     broadcast(imm.half);
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

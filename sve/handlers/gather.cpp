@@ -5,6 +5,8 @@
 #include "../state/cpu_state.h"
 #include "gather_scatter_access.h"
 
+namespace ZORVO_LENGTH {
+
 VECTOR_PLUS_IMM_FORM(memaccess_load, sve_ld1b_s_zpzi, uint8_t, uint32_t)
 SCALAR_PLUS_VECTOR_FORM(memaccess_load, sve_ld1b_s_uxtw_zpzr, uint8_t, uint32_t, zero_extended_word)
 SCALAR_PLUS_VECTOR_FORM(memaccess_load, sve_ld1b_s_sxtw_zpzr, uint8_t, uint32_t, sign_extended_word)
@@ -108,3 +110,5 @@ SCALAR_PLUS_SCALED_VECTOR_FORM(memaccess_load, sve_ld1d_uxtw_scaled_zprz, uint64
                                zero_extended_word)
 SCALAR_PLUS_SCALED_VECTOR_FORM(memaccess_load, sve_ld1d_sxtw_scaled_zprz, uint64_t, uint64_t,
                                sign_extended_word)
+
+} // namespace ZORVO_LENGTH

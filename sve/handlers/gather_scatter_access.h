@@ -13,6 +13,8 @@
 #include "element.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 // How an element of the address vector becomes a 64-bit offset.
 enum class vector_offset : uint8_t {
   whole,              // the element as it is: 32-bit elements zero-extend
@@ -40,11 +42,11 @@ aarch64_decode_rc element_wise_access(cpu_state* s, aarch64_z_reg zt, aarch64_p_
                                       uint64_t base, aarch64_z_reg addresses_from) {
   static_assert(sizeof(U) == 4 || sizeof(U) == 8);
   static_assert(sizeof(T) <= sizeof(U));
-  constexpr unsigned elements = 48 / sizeof(U);
+  const unsigned elements = elements_of<U>();
   const uint8_t* pred = s->p[pg.num];
   uint8_t* z = s->z[zt.num];
   const uint8_t* vec = s->z[addresses_from.num];
-  uint64_t addresses[elements];
+  uint64_t addresses[kMaxVectorBytes / sizeof(U)];
   const auto access = [&](unsigned i, auto record) {
     const uint64_t addr = base + (offset_of<U, Offset>(load_elem<U>(vec, i)) << Shift);
     if constexpr (decltype(record)::value) addresses[i] = addr;
@@ -106,3 +108,5 @@ template <typename T> constexpr unsigned log2_size() {
     return element_wise_access<T, U, vector_offset::offset, log2_size<T>(), type>(                 \
         s, zt, pg, read_reg(s, xn), zm);                                                           \
   }
+
+} // namespace ZORVO_LENGTH

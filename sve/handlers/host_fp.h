@@ -13,6 +13,8 @@
 
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 // ---- Arithmetic ----
 
 #define HOST_FP_UNARY(name, insn)                                                                  \
@@ -131,3 +133,5 @@ HOST_FP_CONVERT(host_ucvtf_s, "ucvtf", float, "w", "s", uint32_t, "r", "w")
 HOST_FP_CONVERT(host_ucvtf_d, "ucvtf", double, "w", "d", uint32_t, "r", "w")
 HOST_FP_CONVERT(host_ucvtf_d, "ucvtf", double, "w", "d", uint64_t, "r", "x")
 #undef HOST_FP_CONVERT
+
+} // namespace ZORVO_LENGTH

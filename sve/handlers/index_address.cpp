@@ -2,6 +2,8 @@
 #include "../state/cpu_state.h"
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Element i becomes base + i x step modulo the element width: only the low
@@ -11,7 +13,7 @@ aarch64_decode_rc index_any(cpu_state* s, aarch64_z_reg zd, uint64_t base, uint6
   by_element_size(zd.elem, [&](auto t) {
     using T = decltype(t);
     const T b = static_cast<T>(base), st = static_cast<T>(step);
-    for (unsigned i = 0; i < 48 / sizeof(T); ++i)
+    for (unsigned i = 0; i < elements_of<T>(); ++i)
       store_elem<T>(s->z[zd.num], i, static_cast<T>(b + mul_wrap(static_cast<T>(i), st)));
   });
   return AARCH64_DECODE_OK;
@@ -46,8 +48,8 @@ aarch64_decode_rc sve_adr_scaled_zzz(cpu_state* s, aarch64_z_reg zd, aarch64_z_r
   const unsigned shift = static_cast<unsigned>(s->raw_instr >> 10) & 3;
   const uint8_t* n = s->z[zn.num];
   const uint8_t* m = s->z[zm.num];
-  vec48 out;
-  for (unsigned i = 0; i < 6; ++i)
+  vreg out;
+  for (unsigned i = 0; i < elements_of<uint64_t>(); ++i)
     store_elem<uint64_t>(out.b, i,
                          load_elem<uint64_t>(n, i) + (load_elem<uint64_t>(m, i) << shift));
   commit(s->z[zd.num], out);
@@ -57,16 +59,18 @@ aarch64_decode_rc sve_adr_scaled_zzz(cpu_state* s, aarch64_z_reg zd, aarch64_z_r
 // Number 31 is SP on both sides for addvl and addpl, and the zero register
 // for rdvl, whose write to it is dropped.
 aarch64_decode_rc sve_addvl_rri(cpu_state* s, aarch64_i_rsp_reg xd, aarch64_i_rsp_reg xn, int imm) {
-  write_reg(s, xd, read_reg(s, xn) + widen(imm * 48));
+  write_reg(s, xd, read_reg(s, xn) + widen(imm * static_cast<int>(vector_bytes())));
   return AARCH64_DECODE_OK;
 }
 
 aarch64_decode_rc sve_addpl_rri(cpu_state* s, aarch64_i_rsp_reg xd, aarch64_i_rsp_reg xn, int imm) {
-  write_reg(s, xd, read_reg(s, xn) + widen(imm * 6));
+  write_reg(s, xd, read_reg(s, xn) + widen(imm * static_cast<int>(vector_bytes() / 8)));
   return AARCH64_DECODE_OK;
 }
 
 aarch64_decode_rc sve_rdvl_ri(cpu_state* s, aarch64_i_reg xd, int imm) {
-  write_reg(s, xd, widen(imm * 48));
+  write_reg(s, xd, widen(imm * static_cast<int>(vector_bytes())));
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

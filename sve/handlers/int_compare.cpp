@@ -7,6 +7,8 @@
 #include "predicate_form.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 struct eq_op {
@@ -32,7 +34,7 @@ constexpr bool kSigned = true;
 constexpr bool kUnsigned = false;
 
 // T is the element type read from Zn, signed or unsigned as the condition
-// wants; right(third) gives the right-hand operands of a third of the vector.
+// wants; right(chunk) gives the right-hand operands of a chunk of the vector.
 template <typename T, typename Right, typename Cond>
 void compare(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_z_reg zn, Right right,
              Cond cond) {
@@ -40,11 +42,11 @@ void compare(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_z_reg zn,
   // or zero, and the active element's lowest byte keeps bit 0 of it.
   const uint8_t* n = s->z[zn.num];
   const uint8_t* mask = s->p[pg.num];
-  vec48 result;
-  for (unsigned third = 0; third < 3; ++third) {
-    const auto holds = cond(load_third<T>(n, third), right(third));
-    store_third<T>(result.b, third,
-                   reinterpret_cast<lanes128<T>>(holds) & load_third<T>(mask, third) &
+  vreg result;
+  for (unsigned chunk = 0; chunk < chunks(); ++chunk) {
+    const auto holds = cond(load_chunk<T>(n, chunk), right(chunk));
+    store_chunk<T>(result.b, chunk,
+                   reinterpret_cast<lanes128<T>>(holds) & load_chunk<T>(mask, chunk) &
                        static_cast<T>(1));
   }
   commit_with_flags<T>(s, s->p[pd.num], mask, result);
@@ -60,7 +62,7 @@ aarch64_decode_rc compare_vectors(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg 
     using T = element_type<Signed, decltype(u)>;
     const uint8_t* m = s->z[zm.num];
     compare<T>(
-        s, pd, pg, zn, [m](unsigned third) { return load_third<T>(m, third); }, cond);
+        s, pd, pg, zn, [m](unsigned chunk) { return load_chunk<T>(m, chunk); }, cond);
   });
   return AARCH64_DECODE_OK;
 }
@@ -134,3 +136,5 @@ aarch64_decode_rc sve_cmplo_ppzi(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg p
                                  unsigned int imm) {
   return compare_immediate<kUnsigned>(s, pd, pg, zn, imm, lt_op{});
 }
+
+} // namespace ZORVO_LENGTH

@@ -9,6 +9,8 @@
 #include "../state/cpu_state.h"
 #include "fp_element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Folds the active elements of Zn, read as T, into `start`, from the lowest
@@ -18,7 +20,7 @@ Acc fold_active(const cpu_state* s, aarch64_p_reg pg, aarch64_z_reg zn, Acc star
   const uint8_t* n = s->z[zn.num];
   const uint8_t* p = s->p[pg.num];
   Acc acc = start;
-  for (unsigned i = 0; i < 48 / sizeof(T); ++i)
+  for (unsigned i = 0; i < elements_of<T>(); ++i)
     if (active<T>(p, i)) acc = op(acc, load_elem<T>(n, i));
   return acc;
 }
@@ -95,3 +97,5 @@ aarch64_decode_rc sve_umaxv_vpz(cpu_state* s, unsigned int vd, aarch64_p_reg pg,
 aarch64_decode_rc sve_uminv_vpz(cpu_state* s, unsigned int vd, aarch64_p_reg pg, aarch64_z_reg zn) {
   return reduce<kUnsigned>(s, vd, pg, zn, min_op{});
 }
+
+} // namespace ZORVO_LENGTH

@@ -5,6 +5,8 @@
 
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 // Zdn = op(Zdn, sources...) on the active elements, the sources being the
 // other vector operands in instruction order.
 template <typename T, typename Op, typename... Sources>
@@ -12,8 +14,8 @@ inline void merge_into(cpu_state* s, aarch64_z_reg zdn, aarch64_p_reg pg, Op op,
                        Sources... sources) {
   const uint8_t* d = s->z[zdn.num];
   const uint8_t* p = s->p[pg.num];
-  vec48 out;
-  for (unsigned i = 0; i < 48 / sizeof(T); ++i) {
+  vreg out;
+  for (unsigned i = 0; i < elements_of<T>(); ++i) {
     T v = load_elem<T>(d, i);
     if (active<T>(p, i)) v = op(v, load_elem<T>(s->z[sources.num], i)...);
     store_elem<T>(out.b, i, v);
@@ -35,8 +37,8 @@ inline void merge_unary(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg pg, aarch6
   const uint8_t* d = s->z[zd.num];
   const uint8_t* n = s->z[zn.num];
   const uint8_t* p = s->p[pg.num];
-  vec48 out;
-  for (unsigned i = 0; i < 48 / sizeof(T); ++i)
+  vreg out;
+  for (unsigned i = 0; i < elements_of<T>(); ++i)
     store_elem<T>(out.b, i, active<T>(p, i) ? op(load_elem<T>(n, i)) : load_elem<T>(d, i));
   commit(s->z[zd.num], out);
 }
@@ -58,10 +60,12 @@ inline aarch64_decode_rc immediate_any(cpu_state* s, aarch64_z_reg zdn, Imm imm,
     using T = decltype(t);
     const T value = static_cast<T>(imm);
     const uint8_t* d = s->z[zdn.num];
-    vec48 out;
-    for (unsigned i = 0; i < 48 / sizeof(T); ++i)
+    vreg out;
+    for (unsigned i = 0; i < elements_of<T>(); ++i)
       store_elem<T>(out.b, i, op(load_elem<T>(d, i), value));
     commit(s->z[zdn.num], out);
   });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

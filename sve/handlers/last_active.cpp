@@ -5,6 +5,8 @@
 #include "fp_element.h"
 #include "predicate_scan.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Element `last_active` of Zn, or the vector's last element when none is
@@ -12,7 +14,7 @@ namespace {
 template <typename T>
 uint64_t last_or_final(const cpu_state* s, aarch64_p_reg pg, aarch64_z_reg zn) {
   const int last = last_active<T>(s->p[pg.num]);
-  const unsigned i = last < 0 ? 48 / sizeof(T) - 1 : static_cast<unsigned>(last);
+  const unsigned i = last < 0 ? elements_of<T>() - 1 : static_cast<unsigned>(last);
   return load_elem<T>(s->z[zn.num], i);
 }
 
@@ -47,3 +49,5 @@ aarch64_decode_rc sve_clastb_rpz(cpu_state* s, aarch64_i_reg rdn, aarch64_p_reg 
   });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -4,6 +4,8 @@
 #include "../state/cpu_state.h"
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // The element is read anew for each active element, as the instruction set
@@ -15,7 +17,7 @@ aarch64_decode_rc load_replicated(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg 
   const uint64_t addr = read_reg(s, xn) + uint64_t{imm} * sizeof(T);
   const uint8_t* pred = s->p[pg.num];
   uint8_t* z = s->z[zt.num];
-  for (unsigned i = 0; i < 48 / sizeof(U); ++i)
+  for (unsigned i = 0; i < elements_of<U>(); ++i)
     store_elem<U>(z, i, active<U>(pred, i) ? static_cast<U>(read_app<T>(addr)) : U{0});
   return AARCH64_DECODE_OK;
 }
@@ -44,3 +46,5 @@ REPLICATING_LOAD(sve_ld1rw_zpri, uint32_t, uint32_t)
 REPLICATING_LOAD(sve_ld1rw_d_zpri, uint32_t, uint64_t)
 REPLICATING_LOAD(sve_ld1rsw_d_zpri, int32_t, uint64_t)
 REPLICATING_LOAD(sve_ld1rd_zpri, uint64_t, uint64_t)
+
+} // namespace ZORVO_LENGTH

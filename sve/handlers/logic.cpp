@@ -4,6 +4,8 @@
 #include "element.h"
 #include "int_shapes.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // Each works on scalar elements and on host vectors alike.
@@ -29,16 +31,16 @@ aarch64_decode_rc whole_register(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg z
   return AARCH64_DECODE_OK;
 }
 
-vec48 replicated(aarch64_sve_logical64_imm imm) {
-  vec48 v;
-  for (unsigned i = 0; i < 6; ++i) store_elem<uint64_t>(v.b, i, imm.value);
+vreg replicated(aarch64_sve_logical64_imm imm) {
+  vreg v;
+  for (unsigned i = 0; i < elements_of<uint64_t>(); ++i) store_elem<uint64_t>(v.b, i, imm.value);
   return v;
 }
 
 template <typename Op>
 aarch64_decode_rc with_pattern(cpu_state* s, aarch64_z_reg zdn, aarch64_sve_logical64_imm imm,
                                Op op) {
-  const vec48 pattern = replicated(imm);
+  const vreg pattern = replicated(imm);
   unpredicated_simd<uint64_t>(s->z[zdn.num], s->z[zdn.num], pattern.b, op);
   return AARCH64_DECODE_OK;
 }
@@ -93,3 +95,5 @@ aarch64_decode_rc sve_dupm_zi(cpu_state* s, aarch64_z_reg zd, aarch64_sve_logica
   commit(s->z[zd.num], replicated(imm));
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -6,6 +6,8 @@
 #include "element.h"
 #include "int_shapes.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 struct keep {
@@ -16,8 +18,8 @@ template <typename T>
 void move_zeroing(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_reg zn) {
   const uint8_t* n = s->z[zn.num];
   const uint8_t* p = s->p[pg.num];
-  vec48 out;
-  for (unsigned i = 0; i < 48 / sizeof(T); ++i)
+  vreg out;
+  for (unsigned i = 0; i < elements_of<T>(); ++i)
     store_elem<T>(out.b, i, active<T>(p, i) ? load_elem<T>(n, i) : T{0});
   commit(s->z[zd.num], out);
 }
@@ -25,7 +27,7 @@ void move_zeroing(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg pg, aarch64_z_re
 } // namespace
 
 aarch64_decode_rc sve_movprfx_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
-  std::memmove(s->z[zd.num], s->z[zn.num], 48);
+  std::memmove(s->z[zd.num], s->z[zn.num], vector_bytes());
   return AARCH64_DECODE_OK;
 }
 
@@ -35,3 +37,5 @@ aarch64_decode_rc sve_movprfx_zpz(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg 
   by_element_size(zd.elem, [&](auto t) { move_zeroing<decltype(t)>(s, zd, pg, zn); });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -4,6 +4,8 @@
 #include "element.h"
 #include "int_shapes.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 struct mul_op {
@@ -54,3 +56,5 @@ aarch64_decode_rc sve_msb_zpzz(cpu_state* s, aarch64_z_reg zdn, aarch64_p_reg pg
                                aarch64_z_reg za) {
   return merge_any(s, zdn, pg, addend_op<true>{}, zm, za);
 }
+
+} // namespace ZORVO_LENGTH

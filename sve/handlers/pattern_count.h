@@ -1,6 +1,10 @@
-// How many elements a predicate-constraint pattern names at our fixed vector
-// length. Shared by ptrue and the element-count steps (inc, dec, uqdec).
+// How many elements a predicate-constraint pattern names at the process's
+// vector length. Shared by ptrue and the element-count steps (inc, dec, uqdec).
 #pragma once
+
+#include "element.h"
+
+namespace ZORVO_LENGTH {
 
 // Pattern values as the instruction encodes them; 14 to 28 have no name.
 enum predicate_pattern : unsigned {
@@ -14,15 +18,13 @@ enum predicate_pattern : unsigned {
   PATTERN_ALL = 31,
 };
 
-// The count for elements of sizeof(T) bytes, so 48, 24, 12 or 6 of them. A
-// fixed count that asks for more elements than the vector has gives 0, not
-// the maximum. The element count is a build-time constant for each T, so the
-// chain of compares folds per size.
-template <typename T> constexpr unsigned pattern_count(unsigned pattern) {
-  constexpr unsigned elements = 48 / sizeof(T);
+// The count for elements of sizeof(T) bytes. A fixed count that asks for
+// more elements than the vector has gives 0, not the maximum.
+template <typename T> inline unsigned pattern_count(unsigned pattern) {
+  const unsigned elements = elements_of<T>();
   unsigned fixed;
   if (pattern == PATTERN_POW2) {
-    fixed = 32;
+    fixed = kMaxVectorBytes;
     while (fixed > elements) fixed /= 2;
     return fixed;
   }
@@ -40,3 +42,5 @@ template <typename T> constexpr unsigned pattern_count(unsigned pattern) {
     return 0;
   return fixed <= elements ? fixed : 0;
 }
+
+} // namespace ZORVO_LENGTH

@@ -5,6 +5,8 @@
 #include "../state/cpu_state.h"
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // The value comes from a scalar that is read before the first store, so these
@@ -12,7 +14,7 @@ namespace {
 aarch64_decode_rc broadcast(cpu_state* s, aarch64_z_reg zd, uint64_t value) {
   by_element_size(zd.elem, [&](auto t) {
     using T = decltype(t);
-    for (unsigned i = 0; i < 48 / sizeof(T); ++i)
+    for (unsigned i = 0; i < elements_of<T>(); ++i)
       store_elem<T>(s->z[zd.num], i, static_cast<T>(value));
   });
   return AARCH64_DECODE_OK;
@@ -24,7 +26,7 @@ aarch64_decode_rc copy_to_active(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg p
     using T = decltype(t);
     uint8_t* d = s->z[zd.num];
     const uint8_t* p = s->p[pg.num];
-    for (unsigned i = 0; i < 48 / sizeof(T); ++i) {
+    for (unsigned i = 0; i < elements_of<T>(); ++i) {
       if (active<T>(p, i))
         store_elem<T>(d, i, static_cast<T>(value));
       else if (zero_inactive)
@@ -39,16 +41,16 @@ constexpr bool kMerging = false;
 template <typename T>
 void select(uint8_t* dst, const uint8_t* pred, const uint8_t* if_active, const uint8_t* if_not) {
   using V = typename simd128<T>::type;
-  vec48 out;
-  for (unsigned third = 0; third < 3; ++third) {
+  vreg out;
+  for (unsigned chunk = 0; chunk < chunks(); ++chunk) {
     V p, a, b;
-    std::memcpy(&p, pred + 16 * third, 16);
-    std::memcpy(&a, if_active + 16 * third, 16);
-    std::memcpy(&b, if_not + 16 * third, 16);
+    std::memcpy(&p, pred + 16 * chunk, 16);
+    std::memcpy(&a, if_active + 16 * chunk, 16);
+    std::memcpy(&b, if_not + 16 * chunk, 16);
     // All ones in an element whose first predicate byte has bit 0 set.
     const V mask = -(p & 1);
     const V r = (a & mask) | (b & ~mask);
-    std::memcpy(out.b + 16 * third, &r, 16);
+    std::memcpy(out.b + 16 * chunk, &r, 16);
   }
   commit(dst, out);
 }
@@ -68,8 +70,9 @@ aarch64_decode_rc sve_dup_zzi(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn,
                               unsigned int index) {
   const unsigned bytes = zd.elem <= ELEM_Q ? 1u << zd.elem : 1;
   uint8_t value[16] = {};
-  if (index < 48 / bytes) std::memcpy(value, s->z[zn.num] + index * bytes, bytes);
-  for (unsigned at = 0; at < 48; at += bytes) std::memcpy(s->z[zd.num] + at, value, bytes);
+  if (index < vector_bytes() / bytes) std::memcpy(value, s->z[zn.num] + index * bytes, bytes);
+  for (unsigned at = 0; at < vector_bytes(); at += bytes)
+    std::memcpy(s->z[zd.num] + at, value, bytes);
   return AARCH64_DECODE_OK;
 }
 
@@ -93,3 +96,5 @@ aarch64_decode_rc sve_sel_zpzz(cpu_state* s, aarch64_z_reg zd, aarch64_p_reg pg,
   });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

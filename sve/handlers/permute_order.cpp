@@ -1,7 +1,6 @@
 // Permutes that reorder the elements of one or two vectors: extract, table
-// lookup, reverse, transpose, unzip and zip. Halves of the 48-byte vector are
-// 24 bytes, so element counts and their halves are 48, 24, 12, 6 and 24, 12,
-// 6, 3, none of them a power of two.
+// lookup, reverse, transpose, unzip and zip. Element counts and their halves
+// follow the vector length, which need not be a power of two.
 #include <cstdint>
 #include <cstring>
 
@@ -9,11 +8,13 @@
 #include "element.h"
 #include "permute_routines.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 // `which` is 0 or 1: even or odd elements.
 template <typename T> void unzip(uint8_t* dst, const uint8_t* a, const uint8_t* b, unsigned which) {
-  constexpr unsigned half = 24 / sizeof(T);
+  const unsigned half = elements_of<T>() / 2;
   for (unsigned i = 0; i < half; ++i) {
     store_elem<T>(dst, i, load_elem<T>(a, 2 * i + which));
     store_elem<T>(dst, half + i, load_elem<T>(b, 2 * i + which));
@@ -23,7 +24,7 @@ template <typename T> void unzip(uint8_t* dst, const uint8_t* a, const uint8_t* 
 // `which` is 0 or 1: the low or the high halves of both sources.
 template <typename T>
 void interleave(uint8_t* dst, const uint8_t* a, const uint8_t* b, unsigned which) {
-  constexpr unsigned half = 24 / sizeof(T);
+  const unsigned half = elements_of<T>() / 2;
   const unsigned from = which * half;
   for (unsigned i = 0; i < half; ++i) {
     store_elem<T>(dst, 2 * i, load_elem<T>(a, from + i));
@@ -34,7 +35,7 @@ void interleave(uint8_t* dst, const uint8_t* a, const uint8_t* b, unsigned which
 // `which` is 0 or 1: pairs of even or of odd elements.
 template <typename T>
 void transpose(uint8_t* dst, const uint8_t* a, const uint8_t* b, unsigned which) {
-  for (unsigned i = 0; i < 24 / sizeof(T); ++i) {
+  for (unsigned i = 0; i < elements_of<T>() / 2; ++i) {
     store_elem<T>(dst, 2 * i, load_elem<T>(a, 2 * i + which));
     store_elem<T>(dst, 2 * i + 1, load_elem<T>(b, 2 * i + which));
   }
@@ -56,7 +57,7 @@ constexpr unsigned kFirst = 0, kSecond = 1; // the 1 or 2 of the instruction's n
 // Through a local buffer, so that Zd may be Zn or Zm.
 aarch64_decode_rc two_sources(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm,
                               two_source_permute permute, unsigned which) {
-  vec48 out;
+  vreg out;
   permute(out.b, s->z[zn.num], s->z[zm.num], zd.elem, which);
   commit(s->z[zd.num], out);
   return AARCH64_DECODE_OK;
@@ -79,7 +80,7 @@ void sve_zip2(char* dst, const char* a, const char* b, element_size size) {
 void sve_rev(char* dst, const char* a, element_size size) {
   by_element_size(size, [&](auto t) {
     using T = decltype(t);
-    constexpr unsigned count = 48 / sizeof(T);
+    const unsigned count = elements_of<T>();
     for (unsigned i = 0; i < count; ++i)
       store_elem<T>(bytes(dst), i, load_elem<T>(bytes(a), count - 1 - i));
   });
@@ -104,14 +105,14 @@ aarch64_decode_rc sve_trn2_zzz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn,
   return two_sources(s, zd, zn, zm, transpose_any, kSecond);
 }
 
-// An index at or past the element count (48, 24, 12 or 6) selects 0.
+// An index at or past the element count selects 0.
 aarch64_decode_rc sve_tbl_zzz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn, aarch64_z_reg zm) {
   by_element_size(zd.elem, [&](auto t) {
     using T = decltype(t);
-    constexpr unsigned count = 48 / sizeof(T);
+    const unsigned count = elements_of<T>();
     const uint8_t* table = s->z[zn.num];
     const uint8_t* indices = s->z[zm.num];
-    vec48 out;
+    vreg out;
     for (unsigned i = 0; i < count; ++i) {
       const T index = load_elem<T>(indices, i);
       store_elem<T>(out.b, i, index < count ? load_elem<T>(table, index) : T{0});
@@ -122,20 +123,23 @@ aarch64_decode_rc sve_tbl_zzz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn, 
 }
 
 aarch64_decode_rc sve_rev_zz(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn) {
-  vec48 out;
+  vreg out;
   sve_rev(reinterpret_cast<char*>(out.b), reinterpret_cast<const char*>(s->z[zn.num]),
           static_cast<element_size>(zd.elem));
   commit(s->z[zd.num], out);
   return AARCH64_DECODE_OK;
 }
 
-// 48 bytes of the pair Zdn:Zm from the byte offset; an offset of 48 or more
-// acts as 0 and leaves Zdn as it was.
+// A vector's bytes of the pair Zdn:Zm from the byte offset; an offset of the
+// vector length or more acts as 0 and leaves Zdn as it was.
 aarch64_decode_rc sve_ext_zzi(cpu_state* s, aarch64_z_reg zdn, aarch64_z_reg zm,
                               unsigned int offset) {
-  uint8_t pair[96];
-  std::memcpy(pair, s->z[zdn.num], 48);
-  std::memcpy(pair + 48, s->z[zm.num], 48);
-  std::memcpy(s->z[zdn.num], pair + (offset < 48 ? offset : 0), 48);
+  const unsigned bytes = vector_bytes();
+  uint8_t pair[2 * kMaxVectorBytes];
+  std::memcpy(pair, s->z[zdn.num], bytes);
+  std::memcpy(pair + bytes, s->z[zm.num], bytes);
+  std::memcpy(s->z[zdn.num], pair + (offset < bytes ? offset : 0), bytes);
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

@@ -5,6 +5,8 @@
 #include "predicate_scan.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 constexpr bool kAfter = true, kBefore = false;
@@ -16,21 +18,18 @@ constexpr bool kSetFlags = true, kNoFlags = false;
 template <bool After>
 aarch64_decode_rc break_at_first_true(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pg,
                                       aarch64_p_reg pn) {
-  const uint64_t g = pack_predicate(s->p[pg.num]);
-  const uint64_t breaks = pack_predicate(s->p[pn.num]) & g;
-  uint64_t run = g;
-  if (breaks != 0) {
-    const unsigned first = __builtin_ctzll(breaks);
-    run &= (uint64_t{1} << (first + (After ? 1 : 0))) - 1;
-  }
-  vec48 result;
+  const pred_bits g = pack_predicate(s->p[pg.num]);
+  const int first = first_set(pack_predicate(s->p[pn.num]) & g);
+  const pred_bits run =
+      first < 0 ? g : bits_below(g, static_cast<unsigned>(first) + (After ? 1 : 0));
+  vreg result;
   unpack_predicate(result.b, run);
   if (pg.elem != kPZeroing) // merging keeps Pd's whole bytes where Pg is inactive
-    for (unsigned third = 0; third < 3; ++third) {
-      const lanes128<uint8_t> active_bytes = active_lanes<uint8_t>(s->p[pg.num], third);
-      store_third<uint8_t>(result.b, third,
-                           (load_third<uint8_t>(result.b, third) & active_bytes) |
-                               (load_third<uint8_t>(s->p[pd.num], third) & ~active_bytes));
+    for (unsigned chunk = 0; chunk < chunks(); ++chunk) {
+      const lanes128<uint8_t> active_bytes = active_lanes<uint8_t>(s->p[pg.num], chunk);
+      store_chunk<uint8_t>(result.b, chunk,
+                           (load_chunk<uint8_t>(result.b, chunk) & active_bytes) |
+                               (load_chunk<uint8_t>(s->p[pd.num], chunk) & ~active_bytes));
     }
   commit(s->p[pd.num], result);
   return AARCH64_DECODE_OK;
@@ -47,7 +46,7 @@ bool last_active_is_true(const uint8_t* g, const uint8_t* n) {
 aarch64_decode_rc sve_brkn(cpu_state* s, aarch64_p_reg pdm, aarch64_p_reg pg, aarch64_p_reg pn,
                            bool set_flags) {
   uint8_t* d = s->p[pdm.num];
-  if (!last_active_is_true(s->p[pg.num], s->p[pn.num])) std::memset(d, 0, 48);
+  if (!last_active_is_true(s->p[pg.num], s->p[pn.num])) std::memset(d, 0, vector_bytes());
   if (set_flags) write_flags(s, unmasked_flags<uint8_t>(d));
   return AARCH64_DECODE_OK;
 }
@@ -59,10 +58,10 @@ aarch64_decode_rc sve_brkpb(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pg, aa
                             aarch64_p_reg pm, bool set_flags) {
   const uint8_t* g = s->p[pg.num];
   const uint8_t* m = s->p[pm.num];
-  vec48 result{};
+  vreg result{};
   if (last_active_is_true(g, s->p[pn.num])) {
     bool before_break = true;
-    for (unsigned i = 0; i < 48; ++i) {
+    for (unsigned i = 0; i < vector_bytes(); ++i) {
       if (!(g[i] & 1)) continue;
       if (m[i] & 1) before_break = false;
       result.b[i] = before_break;
@@ -109,8 +108,8 @@ aarch64_decode_rc sve_pnext_pp(cpu_state* s, aarch64_p_reg pdn, aarch64_p_reg pv
   by_element_size(pdn.rw_elem, [&](auto t) {
     using T = decltype(t);
     const uint8_t* v = s->p[pv.num];
-    vec48 result{};
-    for (int i = last_active<T>(s->p[pdn.num]) + 1; i < static_cast<int>(48 / sizeof(T)); ++i) {
+    vreg result{};
+    for (int i = last_active<T>(s->p[pdn.num]) + 1; i < static_cast<int>(elements_of<T>()); ++i) {
       if (active<T>(v, static_cast<unsigned>(i))) {
         set_pred_elem<T>(result.b, static_cast<unsigned>(i), true);
         break;
@@ -120,3 +119,5 @@ aarch64_decode_rc sve_pnext_pp(cpu_state* s, aarch64_p_reg pdn, aarch64_p_reg pv
   });
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

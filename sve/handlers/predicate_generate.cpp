@@ -9,8 +9,10 @@
 #include "predicate_scan.h"
 #include "whole_vector.h"
 
+namespace ZORVO_LENGTH {
+
 aarch64_decode_rc sve_pfalse_p(cpu_state* s, aarch64_p_reg pd) {
-  std::memset(s->p[pd.num], 0, 48);
+  std::memset(s->p[pd.num], 0, vector_bytes());
   return AARCH64_DECODE_OK;
 }
 
@@ -18,7 +20,7 @@ aarch64_decode_rc sve_ptrue_pi(cpu_state* s, aarch64_p_reg pd, unsigned int patt
   by_element_size(pd.elem, [&](auto t) {
     using T = decltype(t);
     const unsigned n = pattern_count<T>(pattern);
-    for (unsigned i = 0; i < 48 / sizeof(T); ++i) set_pred_elem<T>(s->p[pd.num], i, i < n);
+    for (unsigned i = 0; i < elements_of<T>(); ++i) set_pred_elem<T>(s->p[pd.num], i, i < n);
   });
   return AARCH64_DECODE_OK;
 }
@@ -46,7 +48,7 @@ constexpr bool kSigned = true, kUnsigned = false;
 template <typename T, typename R, typename Cond>
 void while_run(cpu_state* s, aarch64_p_reg pd, R rn, R rm, Cond cond) {
   using U = std::make_unsigned_t<R>;
-  constexpr unsigned elements = 48 / sizeof(T), per_third = 16 / sizeof(T);
+  const unsigned elements = elements_of<T>(), per_chunk = 16 / sizeof(T);
   unsigned count = 0;
   if (Cond::inclusive && rm == std::numeric_limits<R>::max()) {
     count = elements;
@@ -55,13 +57,15 @@ void while_run(cpu_state* s, aarch64_p_reg pd, R rn, R rm, Cond cond) {
     count = gap >= elements ? elements : static_cast<unsigned>(gap) + Cond::inclusive;
     if (count > elements) count = elements;
   }
-  vec48 result;
-  for (unsigned third = 0; third < 3; ++third) {
+  vreg result;
+  for (unsigned chunk = 0; chunk < chunks(); ++chunk) {
     lanes128<T> index;
-    for (unsigned l = 0; l < per_third; ++l) index[l] = static_cast<T>(third * per_third + l);
-    store_third<T>(result.b, third,
-                   reinterpret_cast<lanes128<T>>(index < static_cast<T>(count)) &
-                       static_cast<T>(1));
+    for (unsigned l = 0; l < per_chunk; ++l) index[l] = static_cast<T>(chunk * per_chunk + l);
+    // count - 1, not count: 256 byte elements do not fit a byte.
+    const lanes128<T> inside =
+        count == 0 ? lanes128<T>{}
+                   : reinterpret_cast<lanes128<T>>(index <= static_cast<T>(count - 1));
+    store_chunk<T>(result.b, chunk, inside & static_cast<T>(1));
   }
   write_flags(s, {count > 0, count == 0, count < elements, false});
   commit(s->p[pd.num], result);
@@ -102,3 +106,5 @@ aarch64_decode_rc sve_whilels_prr(cpu_state* s, aarch64_p_reg pd, aarch64_i_reg 
                                   aarch64_i_reg rm) {
   return while_any<kUnsigned>(s, pd, rn, rm, lower_or_same{});
 }
+
+} // namespace ZORVO_LENGTH

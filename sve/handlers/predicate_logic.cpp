@@ -1,8 +1,10 @@
-// Predicate logic, select and unpack. Logic and select see the 48 bytes as
-// 48 independent elements whatever size the operands were written at; the
+// Predicate logic, select and unpack. Logic and select see a register's bytes as
+// independent elements whatever size the operands were written at; the
 // unpacks write halfword elements.
 #include "../state/cpu_state.h"
 #include "predicate_form.h"
+
+namespace ZORVO_LENGTH {
 
 namespace {
 
@@ -33,8 +35,9 @@ aarch64_decode_rc predicate_logic(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg 
   const uint8_t* m = s->p[pm.num];
   const uint8_t* d = s->p[pd.num];
   const bool zeroing = pg.elem == kPZeroing;
-  vec48 result;
-  for (unsigned i = 0; i < 48; ++i) result.b[i] = (g[i] & 1) ? op(n[i], m[i]) : zeroing ? 0 : d[i];
+  vreg result;
+  for (unsigned i = 0; i < vector_bytes(); ++i)
+    result.b[i] = (g[i] & 1) ? op(n[i], m[i]) : zeroing ? 0 : d[i];
   commit(s->p[pd.num], result);
   return AARCH64_DECODE_OK;
 }
@@ -42,8 +45,9 @@ aarch64_decode_rc predicate_logic(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg 
 // Halfword i of Pd is bit 0 of byte `from + i` of Pn.
 aarch64_decode_rc unpack_half(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pn, unsigned from) {
   const uint8_t* n = s->p[pn.num];
-  vec48 result;
-  for (unsigned i = 0; i < 24; ++i) set_pred_elem<uint16_t>(result.b, i, n[from + i] & 1);
+  vreg result;
+  for (unsigned i = 0; i < vector_bytes() / 2; ++i)
+    set_pred_elem<uint16_t>(result.b, i, n[from + i] & 1);
   commit(s->p[pd.num], result);
   return AARCH64_DECODE_OK;
 }
@@ -76,15 +80,15 @@ aarch64_decode_rc sve_nor_pppp(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pg,
 aarch64_decode_rc sve_sel_pppp(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pg, aarch64_p_reg pn,
                                aarch64_p_reg pm) {
   using V = simd128<uint8_t>::type;
-  vec48 result;
-  for (unsigned third = 0; third < 3; ++third) {
+  vreg result;
+  for (unsigned chunk = 0; chunk < chunks(); ++chunk) {
     V g, n, m;
-    std::memcpy(&g, s->p[pg.num] + 16 * third, 16);
-    std::memcpy(&n, s->p[pn.num] + 16 * third, 16);
-    std::memcpy(&m, s->p[pm.num] + 16 * third, 16);
+    std::memcpy(&g, s->p[pg.num] + 16 * chunk, 16);
+    std::memcpy(&n, s->p[pn.num] + 16 * chunk, 16);
+    std::memcpy(&m, s->p[pm.num] + 16 * chunk, 16);
     const V take_n = -(g & 1);
     const V r = (n & take_n) | (m & ~take_n);
-    std::memcpy(result.b + 16 * third, &r, 16);
+    std::memcpy(result.b + 16 * chunk, &r, 16);
   }
   commit(s->p[pd.num], result);
   return AARCH64_DECODE_OK;
@@ -94,5 +98,7 @@ aarch64_decode_rc sve_punpklo_pp(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg p
   return unpack_half(s, pd, pn, 0);
 }
 aarch64_decode_rc sve_punpkhi_pp(cpu_state* s, aarch64_p_reg pd, aarch64_p_reg pn) {
-  return unpack_half(s, pd, pn, 24);
+  return unpack_half(s, pd, pn, vector_bytes() / 2);
 }
+
+} // namespace ZORVO_LENGTH

@@ -7,6 +7,8 @@
 #include "element.h"
 #include "int_shapes.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 template <typename T> constexpr unsigned bits_of = 8 * sizeof(T);
@@ -51,20 +53,20 @@ template <typename T> vec_of<T> shift_right_signed(vec_of<T> x, unsigned count) 
 // the result is blended under a mask that tests each element-wide predicate
 // word AND 1: bit 0 of the element's first predicate byte, as everywhere.
 template <typename T, typename Shift>
-void shift_thirds(uint8_t* dst, const uint8_t* src, const uint8_t* pred, Shift shift) {
+void shift_chunks(uint8_t* dst, const uint8_t* src, const uint8_t* pred, Shift shift) {
   using V = vec_of<T>;
-  vec48 out;
-  for (unsigned third = 0; third < 3; ++third) {
+  vreg out;
+  for (unsigned chunk = 0; chunk < chunks(); ++chunk) {
     V x;
-    std::memcpy(&x, src + 16 * third, 16);
+    std::memcpy(&x, src + 16 * chunk, 16);
     V r = shift(x);
     if (pred) {
       V p;
-      std::memcpy(&p, pred + 16 * third, 16);
+      std::memcpy(&p, pred + 16 * chunk, 16);
       const V on = reinterpret_cast<V>((p & 1) != 0);
       r = (r & on) | (x & ~on);
     }
-    std::memcpy(out.b + 16 * third, &r, 16);
+    std::memcpy(out.b + 16 * chunk, &r, 16);
   }
   commit(dst, out);
 }
@@ -74,7 +76,7 @@ void shift_immediate(cpu_state* s, uint32_t size, unsigned dst, unsigned src, co
                      unsigned count) {
   by_element_size(size, [&](auto t) {
     using T = decltype(t);
-    shift_thirds<T>(s->z[dst], s->z[src], pred, [count](vec_of<T> x) {
+    shift_chunks<T>(s->z[dst], s->z[src], pred, [count](vec_of<T> x) {
       return Left ? shift_left<T>(x, count) : shift_right_signed<T>(x, count);
     });
   });
@@ -117,3 +119,5 @@ aarch64_decode_rc sve_asr_zzi(cpu_state* s, aarch64_z_reg zd, aarch64_z_reg zn,
   shift_immediate<false>(s, zd.elem, zd.num, zn.num, nullptr, shift);
   return AARCH64_DECODE_OK;
 }
+
+} // namespace ZORVO_LENGTH

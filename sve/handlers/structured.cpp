@@ -8,6 +8,8 @@
 #include "../trace/memtrace_elements.h"
 #include "element.h"
 
+namespace ZORVO_LENGTH {
+
 namespace {
 
 inline uint8_t* list_register(cpu_state* s, aarch64_z_reg zt, unsigned k) {
@@ -24,9 +26,9 @@ template <typename T, typename U, unsigned N, memaccess_type_t Type>
 aarch64_decode_rc structured_access(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,
                                     aarch64_i_rsp_reg xn, long offset) {
   static_assert(sizeof(T) == sizeof(U));
-  constexpr unsigned structures = 48 / sizeof(U);
+  const unsigned structures = elements_of<U>();
   const uint8_t* pred = s->p[pg.num];
-  uint64_t addrs[N * structures];
+  uint64_t addrs[N * kMaxVectorBytes / sizeof(U)];
   uint64_t p = read_reg(s, xn) + static_cast<uint64_t>(offset) * sizeof(T);
   for (unsigned i = 0; i < structures; ++i) {
     const bool on = active<U>(pred, i);
@@ -56,12 +58,12 @@ aarch64_decode_rc sve_stN_zpri(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,
 }
 
 // The two address forms of one structured access. The immediate counts whole
-// lists of N vectors (N * 48 bytes); the index register counts elements, and
+// lists of N vectors (N vector lengths of bytes); the index register counts elements, and
 // XZR adds nothing.
 #define STRUCTURED_ADDRESS_FORMS(routine, imm_form, index_form, T, N)                              \
   aarch64_decode_rc imm_form(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,                     \
                              aarch64_i_rsp_reg xn, int imm) {                                      \
-    const int32_t elements = imm * static_cast<int32_t>(N * (48 / sizeof(T)));                     \
+    const int32_t elements = imm * static_cast<int32_t>(N * (elements_of<T>()));                   \
     return routine<T, T, N>(s, zt, pg, xn, elements);                                              \
   }                                                                                                \
   aarch64_decode_rc index_form(cpu_state* s, aarch64_z_reg zt, aarch64_p_reg pg,                   \
@@ -89,3 +91,5 @@ STRUCTURED_FORMS(int, 4, sve_ld4w_zpri, sve_ld4w_scaled_zprr, sve_st4w_zpri, sve
 STRUCTURED_FORMS(long, 2, sve_ld2d_zpri, sve_ld2d_scaled_zprr, sve_st2d_zpri, sve_st2d_scaled_zprr)
 STRUCTURED_FORMS(long, 3, sve_ld3d_zpri, sve_ld3d_scaled_zprr, sve_st3d_zpri, sve_st3d_scaled_zprr)
 STRUCTURED_FORMS(long, 4, sve_ld4d_zpri, sve_ld4d_scaled_zprr, sve_st4d_zpri, sve_st4d_scaled_zprr)
+
+} // namespace ZORVO_LENGTH

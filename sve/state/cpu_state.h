@@ -5,36 +5,51 @@
 #include <cstddef>
 #include <cstdint>
 
-// The vector length is fixed at build time: 384 bits.
-constexpr unsigned kVectorBytes = 48;
+// The record holds the longest vector the architecture allows, 2048 bits; the
+// process runs at one length, chosen once at start (see vector_length.h).
+constexpr unsigned kMaxVectorBytes = 256;
 
 struct cpu_state {
   uint64_t regs[32]; // X0..X30, then SP at 31
   uint64_t pc;       // address of the instruction being emulated
   uint64_t nzcv;     // as MRS NZCV reads it: N bit 31 .. V bit 28
   uint32_t fpsr;
-  uint32_t fpcr;                 // shadow of the application's FPCR writes
-  alignas(16) uint8_t z[32][48]; // first 16 bytes of z[n] mirror Qn
-  uint8_t p[16][48];             // one byte per vector byte, 0 or 1
-  uint8_t ffr[48];               // same form as p
-  uint64_t raw_instr;            // the word, written by thin decoders
+  uint32_t fpcr;                              // shadow of the application's FPCR writes
+  alignas(16) uint8_t z[32][kMaxVectorBytes]; // first 16 bytes of z[n] mirror Qn
+  // P and FFR start at multiples of 4 KiB, which one add instruction reaches
+  // (Z is reached through the immediate offsets of its loads and stores).
+  uint8_t unused_before_p[3 * 4096 - 288 - 32 * kMaxVectorBytes];
+  uint8_t p[16][kMaxVectorBytes]; // one byte per vector byte, 0 or 1
+  uint8_t ffr[kMaxVectorBytes];   // same form as p
+  uint64_t raw_instr;             // the word, written by thin decoders
   // Nonzero while one of the thread's words is being emulated (on the lean
   // path: for a whole run of them), when a fault of an emulated access is
   // the application's, at the instruction at pc, with these registers.
   uint64_t emulating;
 };
 
-// Generated code addresses these fields with immediate offsets.
-static_assert(offsetof(cpu_state, regs) == 0);
-static_assert(offsetof(cpu_state, pc) == 256);
-static_assert(offsetof(cpu_state, nzcv) == 264);
-static_assert(offsetof(cpu_state, fpsr) == 272);
-static_assert(offsetof(cpu_state, fpcr) == 276);
-static_assert(offsetof(cpu_state, z) == 288);
-static_assert(offsetof(cpu_state, p) == 288 + 32 * 48);
-static_assert(offsetof(cpu_state, ffr) == 288 + 32 * 48 + 16 * 48);
-static_assert(offsetof(cpu_state, raw_instr) == 288 + 32 * 48 + 17 * 48);
-static_assert(offsetof(cpu_state, emulating) == 288 + 32 * 48 + 17 * 48 + 8);
+// Generated code addresses these fields with immediate offsets: whoever
+// emits code takes them from here.
+namespace record_offset {
+constexpr size_t regs = 0, pc = 256, nzcv = 264, fpsr = 272, fpcr = 276;
+constexpr size_t z = 288, z_stride = kMaxVectorBytes;
+constexpr size_t p = 3 * 4096, p_stride = kMaxVectorBytes;
+constexpr size_t ffr = p + 16 * p_stride;
+constexpr size_t raw_instr = ffr + kMaxVectorBytes;
+constexpr size_t emulating = raw_instr + 8;
+} // namespace record_offset
+
+static_assert(offsetof(cpu_state, regs) == record_offset::regs);
+static_assert(offsetof(cpu_state, pc) == record_offset::pc);
+static_assert(offsetof(cpu_state, nzcv) == record_offset::nzcv);
+static_assert(offsetof(cpu_state, fpsr) == record_offset::fpsr);
+static_assert(offsetof(cpu_state, fpcr) == record_offset::fpcr);
+static_assert(offsetof(cpu_state, z) == record_offset::z);
+static_assert(offsetof(cpu_state, z[1]) - offsetof(cpu_state, z[0]) == record_offset::z_stride);
+static_assert(offsetof(cpu_state, p) == record_offset::p);
+static_assert(offsetof(cpu_state, ffr) == record_offset::ffr);
+static_assert(offsetof(cpu_state, raw_instr) == record_offset::raw_instr);
+static_assert(offsetof(cpu_state, emulating) == record_offset::emulating);
 static_assert(alignof(cpu_state) == 16);
 
 enum element_size : uint32_t {

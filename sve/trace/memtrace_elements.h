@@ -6,19 +6,22 @@
 #include <cstdint>
 
 #include "../state/cpu_state.h"
+#include "../state/vector_length.h"
 #include "access_record.h"
 #include "roi.h"
 #include "tracesink.h"
+
+namespace ZORVO_LENGTH {
 
 // memtrace_elements(s, addresses, pred, esize, msize, type, components): to
 // be called by an element-wise handler once all its element reads or writes
 // are done.
 //
 //   addresses  `components` application addresses for each element index,
-//              components * 48 / esize slots: element i's are at
+//              components * vector_bytes() / esize slots: element i's are at
 //              i * components onwards. Only the slots of active elements are
 //              read.
-//   pred       the 48 predicate bytes governing the access; element i is
+//   pred       the predicate bytes governing the access; element i is
 //              active when bit 0 of byte i * esize is set.
 //   esize      bytes of a register element (4 or 8 for gathers), which fixes
 //              the element count.
@@ -36,19 +39,21 @@ inline void memtrace_elements(const cpu_state* s, const uint64_t* addresses, con
                               unsigned esize, unsigned msize, memaccess_type_t type,
                               unsigned components = 1) {
   if (!enable_trace) return;
-  const unsigned elements = 48 / esize;
-  uint64_t active = 0;
-  for (unsigned i = 0; i < elements; ++i) active |= static_cast<uint64_t>(pred[i * esize] & 1) << i;
-  if (!active) return;
+  const unsigned elements = vector_bytes() / esize;
+  int last = -1;
+  for (unsigned i = 0; i < elements; ++i)
+    if (pred[i * esize] & 1) last = static_cast<int>(i);
+  if (last < 0) return;
   const int32_t tid = current_thread_id();
   uint32_t flags = mem_ref_first | mem_ref_element;
-  while (active) {
-    const unsigned i = __builtin_ctzll(active);
-    active &= active - 1;
+  for (unsigned i = 0; i <= static_cast<unsigned>(last); ++i) {
+    if (!(pred[i * esize] & 1)) continue;
     for (unsigned k = 0; k < components; ++k) {
-      if (!active && k + 1 == components) flags |= mem_ref_last;
+      if (i == static_cast<unsigned>(last) && k + 1 == components) flags |= mem_ref_last;
       send_access_record(s, addresses[i * components + k], msize, type, flags, tid);
       flags = mem_ref_element;
     }
   }
 }
+
+} // namespace ZORVO_LENGTH

@@ -1,4 +1,4 @@
-// The trace record and the four operations of libtracesink, the separate
+// The trace record and the five operations of libtracesink, the separate
 // library that receives the records. The record crosses the library boundary
 // by reference, so its layout is a wire format: little-endian, 48 bytes.
 #pragma once
@@ -52,6 +52,9 @@ bool sve_init(int mode, const char* app_name);
 bool sve_exit(void);
 // The sequence number for the record about to be sent.
 uint64_t incr_count(void);
+// The vector length, in bytes, of the process whose records follow; told
+// before sve_init. Without it the sink assumes 48.
+void sve_vector_length(uint32_t bytes);
 }
 // Deliberately a C++ name: its link name carries the record's type.
 void trace_mem(sve_mem_ref_t const& record);

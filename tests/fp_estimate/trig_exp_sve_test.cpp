@@ -10,13 +10,14 @@
 
 #include "fp/fp_trig_exp.h"
 #include "fp_host/fp_random.h"
+#include "state/vector_length.h"
 
 namespace {
 
-constexpr unsigned kVectorBytes = 48;
+constexpr unsigned kDefaultVectorBytes = 48;
 
 struct vector_bytes {
-  alignas(16) uint8_t b[kVectorBytes];
+  alignas(16) uint8_t b[kDefaultVectorBytes];
 };
 
 // z0 <- insn(z0, z1) with p0 all true under fpcr; returns FPSR. The
@@ -100,7 +101,7 @@ int compare_vector(const char* what, sve_op native, Lib lib, const vector_bytes&
   native_flags_seen |= native_flags;
   FPSCR fpscr = fpcr;
   int mismatches = 0;
-  for (unsigned i = 0; i < kVectorBytes / sizeof(T); ++i) {
+  for (unsigned i = 0; i < kDefaultVectorBytes / sizeof(T); ++i) {
     const T got = lib(lane<T>(a, i), lane<T>(b, i), fpscr);
     const T want = lane<T>(out, i);
     if (got != want && ++mismatches <= 4)
@@ -135,7 +136,7 @@ uint32_t run_draws(fp_rng& rng, int vectors, DrawA draw_a, DrawB draw_b, Check c
     vector_bytes a, b;
     const bool same = v & 1;
     T pa = draw_a(rng), pb = draw_b(rng);
-    for (unsigned i = 0; i < kVectorBytes / sizeof(T); ++i) {
+    for (unsigned i = 0; i < kDefaultVectorBytes / sizeof(T); ++i) {
       if (!same) pa = draw_a(rng), pb = draw_b(rng);
       set_lane(&a, i, pa);
       set_lane(&b, i, pb);
@@ -153,7 +154,7 @@ template <typename T> T fexpa_lib(T op, T, FPSCR&) { return FPEXPA<T>(op); }
 template <typename T> void check_fexpa() {
   const unsigned index_bits = sizeof(T) == 2 ? 5 : 6;
   const unsigned exp_bits = fp_format<T>::E;
-  const unsigned lanes = kVectorBytes / sizeof(T);
+  const unsigned lanes = kDefaultVectorBytes / sizeof(T);
   int failures = 0;
   unsigned filled = 0;
   vector_bytes a{}, b{};

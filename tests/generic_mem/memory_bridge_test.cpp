@@ -7,6 +7,7 @@
 #include <random>
 
 #include "recording_sink.h"
+#include "state/vector_length.h"
 #include "test_pages.h"
 #include "test_state.h"
 #include "trace/roi.h"
@@ -24,7 +25,7 @@ struct MemoryBridge : ::testing::Test {
     enable_trace = 0;
     recording_reset();
   }
-  void all_active(unsigned p) { std::memset(s.p[p], 1, kVectorBytes); }
+  void all_active(unsigned p) { std::memset(s.p[p], 1, kDefaultVectorBytes); }
 };
 
 TEST_F(MemoryBridge, IndexNumberThirtyOneIsZero) {
@@ -44,13 +45,13 @@ TEST_F(MemoryBridge, ContiguousLoadAtThePageEndClearsFfrFromTheFirstFailure) {
   s.regs[3] = address_of(readable_page() + kPage) - 20; // 10 halfwords fit
   s.regs[4] = 0;
   all_active(2);
-  std::memset(s.ffr, 0xff, kVectorBytes);
+  std::memset(s.ffr, 0xff, kDefaultVectorBytes);
   enable_trace = 1;
   ASSERT_EQ(run_word(&s, kLdff1hContiguous), AARCH64_DECODE_OK);
   enable_trace = 0;
   for (unsigned i = 0; i < 24; ++i)
     EXPECT_EQ(elem(s.z[1], 2, i), i < 10 ? memory_value(s.regs[3] + 2 * i, 2, false) : 0) << i;
-  for (unsigned i = 0; i < kVectorBytes; ++i) EXPECT_EQ(s.ffr[i], i < 20 ? 1 : 0) << i;
+  for (unsigned i = 0; i < kDefaultVectorBytes; ++i) EXPECT_EQ(s.ffr[i], i < 20 ? 1 : 0) << i;
   EXPECT_TRUE(recorded_records().empty());
 }
 

@@ -144,4 +144,28 @@ TEST(Permute, PlainRoutinesUnzipWhatTheyZip) {
   }
 }
 
+// At a length that is no power of two and whose predicate spans two packed
+// words (80 bytes), the predicate unzips take the even or odd elements of
+// Pn:Pm, Pn's filling the low half: the same as the vector unzips.
+TEST(Permute, PredicateUnzipsAtEightyBytes) {
+  ASSERT_TRUE(set_vector_bytes(80));
+  std::mt19937_64 rng(9);
+  for (uint32_t size = 0; size < 4; ++size)
+    for (uint32_t part = 0; part < 2; ++part) {
+      cpu_state s = random_state(10 + size);
+      for (unsigned i = 0; i < 80; ++i) s.p[1][i] = rng() & 1, s.p[2][i] = rng() & 1;
+      const cpu_state before = s;
+      // uzp1/uzp2 p0.<size>, p1.<size>, p2.<size>
+      ASSERT_EQ(run_word(&s, 0x05224820u | size << 22 | part << 10), AARCH64_DECODE_OK);
+      const unsigned esize = 1u << size, count = 80 / esize;
+      uint8_t both[160];
+      std::memcpy(both, before.p[1], 80);
+      std::memcpy(both + 80, before.p[2], 80);
+      for (unsigned e = 0; e < count; ++e)
+        ASSERT_EQ(std::memcmp(s.p[0] + e * esize, both + (2 * e + part) * esize, esize), 0)
+            << "size " << size << " part " << part << " element " << e;
+    }
+  set_vector_bytes(kDefaultVectorBytes);
+}
+
 } // namespace

@@ -93,16 +93,27 @@ TEST(PredicateTest, PtestIsByteWiseWhateverSizePgWasWrittenAt) {
   EXPECT_EQ(s.nzcv, 0u);
 }
 
+// At each length the packed form has one bit per register byte and nothing
+// past the length: lengths below, at and across 64-bit word boundaries.
 TEST(PredicateForm, PackedFormRoundTripsAndReadsBitZeroOnly) {
   std::mt19937_64 rng(8);
-  for (int trial = 0; trial < 100; ++trial) {
-    const uint64_t bits = rng() & ((uint64_t{1} << 48) - 1);
-    pred p;
-    unpack_predicate(p.b, bits);
-    for (unsigned i = 0; i < 48; ++i) ASSERT_EQ(p.b[i], (bits >> i) & 1);
-    for (unsigned i = 0; i < 48; ++i) p.b[i] |= 0xf0 & static_cast<uint8_t>(rng());
-    ASSERT_EQ(pack_predicate(p.b), bits);
+  for (unsigned length : {16u, 48u, 64u, 80u, 144u, 256u}) {
+    ASSERT_TRUE(set_vector_bytes(length));
+    for (int trial = 0; trial < 100; ++trial) {
+      pred_bits bits{};
+      for (unsigned i = 0; i < length; ++i)
+        if (rng() & 1) bits.w[i / 64] |= uint64_t{1} << (i % 64);
+      alignas(16) uint8_t bytes[kMaxVectorBytes];
+      std::memset(bytes, 0xee, sizeof bytes);
+      unpack_predicate(bytes, bits);
+      for (unsigned i = 0; i < length; ++i) ASSERT_EQ(bytes[i], bit_set(bits, i)) << length;
+      for (unsigned i = length; i < kMaxVectorBytes; ++i) ASSERT_EQ(bytes[i], 0xee) << length;
+      for (unsigned i = 0; i < kMaxVectorBytes; ++i) bytes[i] |= 0xf0 & static_cast<uint8_t>(rng());
+      const pred_bits back = pack_predicate(bytes);
+      for (unsigned k = 0; k < kPredicateWords; ++k) ASSERT_EQ(back.w[k], bits.w[k]) << length;
+    }
   }
+  set_vector_bytes(kDefaultVectorBytes);
 }
 
 TEST(IntegerCompare, ResultIsElementSizedAndZeroingAndFlagsAreSet) {

@@ -156,7 +156,18 @@ void row_run::run_case(unsigned index, unsigned slot, uint32_t word) {
     std::memcpy(before_mem.data(), area.begin, area.bytes);
   }
   machine_state expected = before;
-  if (run_native(slot, &expected) != native_outcome::ran) {
+  const native_outcome native = run_native(slot, &expected);
+  if (native == native_outcome::undefined) {
+    // Undefined on the reference (some forms are at short lengths): the
+    // emulator must refuse the word too, or there is nothing to compare.
+    cpu_state ignored;
+    if (run_emulated(p.row->name, word, before, native_word_address(slot), &ignored) !=
+        AARCH64_DECODE_OK) {
+      ++r.passed;
+      return;
+    }
+  }
+  if (native != native_outcome::ran) {
     ++r.skipped; // "undefined-encoding", "reference-fault"
     return;
   }

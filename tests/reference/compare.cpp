@@ -41,10 +41,11 @@ char size_letter(unsigned bytes) {
   return bytes == 1 ? 'b' : bytes == 2 ? 'h' : bytes == 4 ? 's' : 'd';
 }
 
-uint64_t predicate_value(const uint8_t* packed) {
-  uint64_t v = 0;
-  std::memcpy(&v, packed, kPredicateBytes);
-  return v;
+// The packed bits as one hexadecimal number, the highest byte first.
+std::string predicate_value(const uint8_t* packed) {
+  std::string s = "0x";
+  for (unsigned k = predicate_bytes(); k-- > 0;) s += format("%02x", packed[k]);
+  return s;
 }
 
 std::string flags_text(uint64_t nzcv) {
@@ -95,9 +96,9 @@ void compare_vectors(const machine_state& before, const machine_state& expected,
                      const machine_state& actual, const compare_rules& rules, collector& c) {
   const unsigned e = rules.elem_bytes;
   for (unsigned n = 0; n < 32; ++n) {
-    if (std::memcmp(expected.z[n], actual.z[n], 48) == 0) continue;
+    if (std::memcmp(expected.z[n], actual.z[n], vector_bytes()) == 0) continue;
     unsigned shown = 0, hidden = 0;
-    for (unsigned i = 0; i < 48 / e; ++i) {
+    for (unsigned i = 0; i < vector_bytes() / e; ++i) {
       const uint64_t want = element(expected.z[n], e, i), got = element(actual.z[n], e, i);
       if (want == got) continue;
       if (rules.by_page && n == rules.dest_z &&
@@ -121,30 +122,28 @@ std::string predicate_line(const char* name, const uint8_t* before, const uint8_
                            const uint8_t* got) {
   std::string bits;
   unsigned listed = 0;
-  for (unsigned i = 0; i < 48; ++i)
+  for (unsigned i = 0; i < vector_bytes(); ++i)
     if (predicate_bit(want, i) != predicate_bit(got, i) && listed++ < 8)
       bits += (bits.empty() ? "" : " ") + std::to_string(i);
-  return format("%s: expected 0x%012llx, got 0x%012llx (was 0x%012llx); bits differ at byte %s%s",
-                name, static_cast<unsigned long long>(predicate_value(want)),
-                static_cast<unsigned long long>(predicate_value(got)),
-                static_cast<unsigned long long>(predicate_value(before)), bits.c_str(),
-                listed > 8 ? " ..." : "");
+  return format("%s: expected %s, got %s (was %s); bits differ at byte %s%s", name,
+                predicate_value(want).c_str(), predicate_value(got).c_str(),
+                predicate_value(before).c_str(), bits.c_str(), listed > 8 ? " ..." : "");
 }
 
 void compare_predicates(const machine_state& before, const machine_state& expected,
                         const machine_state& actual, const cpu_state& raw,
                         const compare_rules& rules, collector& c) {
   for (unsigned n = 0; n < 16; ++n) {
-    if (std::memcmp(expected.p[n], actual.p[n], kPredicateBytes) != 0)
+    if (std::memcmp(expected.p[n], actual.p[n], predicate_bytes()) != 0)
       c.differ(predicate_line(("p" + std::to_string(n)).c_str(), before.p[n], expected.p[n],
                               actual.p[n]));
   }
-  if (std::memcmp(expected.ffr, actual.ffr, kPredicateBytes) != 0) {
+  if (std::memcmp(expected.ffr, actual.ffr, predicate_bytes()) != 0) {
     if (!rules.by_page) {
       c.differ(predicate_line("ffr", before.ffr, expected.ffr, actual.ffr));
     } else {
       c.out.relaxed = true; // "first-fault-by-page": it may only clear bits
-      for (unsigned i = 0; i < 48; ++i)
+      for (unsigned i = 0; i < vector_bytes(); ++i)
         if (predicate_bit(actual.ffr, i) && !predicate_bit(before.ffr, i)) {
           c.differ(format("ffr: byte %u was set by a load, which may only clear it", i));
           break;
@@ -154,7 +153,7 @@ void compare_predicates(const machine_state& before, const machine_state& expect
   // Every byte of the emulator's predicates holds 0 or 1.
   for (unsigned n = 0; n <= 16; ++n) {
     const uint8_t* bytes = n < 16 ? raw.p[n] : raw.ffr;
-    for (unsigned i = 0; i < 48; ++i) {
+    for (unsigned i = 0; i < vector_bytes(); ++i) {
       if (bytes[i] > 1) {
         c.differ(format("%s byte %u holds 0x%02x; predicate bytes hold 0 or 1",
                         n < 16 ? ("p" + std::to_string(n)).c_str() : "ffr", i, bytes[i]));

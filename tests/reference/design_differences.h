@@ -35,3 +35,6 @@ const design_difference* reference_defects(int* count);
 
 // "reference-inactive-first"
 bool needs_first_element_active(const row_profile& p);
+
+// "reference-long-unsigned-narrow"
+bool needs_unsaturated_narrowing(const row_profile& p);

@@ -129,11 +129,11 @@ unsigned element_bytes_for(const row_profile& p) { return p.elem_bytes > 8 ? 8 :
 void draw_vector(rng_t& rng, const row_profile& p, uint8_t* z) {
   unsigned bytes = element_bytes_for(p);
   if (pick(rng, 10) < 3) bytes = 1u << pick(rng, 4);
-  const unsigned n = 48 / bytes;
+  const unsigned n = vector_bytes() / bytes;
   switch (pick(rng, 10)) {
   case 0:
   case 1:
-    for (unsigned i = 0; i < 48; ++i) z[i] = static_cast<uint8_t>(rng());
+    for (unsigned i = 0; i < vector_bytes(); ++i) z[i] = static_cast<uint8_t>(rng());
     break;
   case 2: {
     const uint64_t v = draw_element(rng, bytes, p.floating);
@@ -159,10 +159,12 @@ void draw_vector(rng_t& rng, const row_profile& p, uint8_t* z) {
 
 void draw_predicate(rng_t& rng, unsigned bytes, uint8_t* packed) {
   if (pick(rng, 10) < 2) bytes = 1u << pick(rng, 4);
-  const unsigned n = 48 / bytes;
+  const unsigned n = vector_bytes() / bytes;
   const unsigned style = pick(rng, 10), first = pick(rng, n + 1);
-  const uint64_t bits = rng();
-  std::memset(packed, 0, kPredicateBytes);
+  uint64_t bits[kMaxVectorBytes / 64];
+  for (uint64_t& b : bits) b = rng();
+  const auto bit = [&](unsigned i) { return (bits[i / 64] >> (i % 64)) & 1; };
+  std::memset(packed, 0, kMaxPredicateBytes);
   for (unsigned i = 0; i < n; ++i) {
     bool on;
     if (style < 3)
@@ -170,13 +172,13 @@ void draw_predicate(rng_t& rng, unsigned bytes, uint8_t* packed) {
     else if (style == 3)
       on = false;
     else if (style < 6)
-      on = (bits >> i) & 1;
+      on = bit(i);
     else
       on = i < first;
     set_predicate_bit(packed, i * bytes, on);
   }
   if (style == 6 || style == 7) // any bits at all, also between elements
-    for (unsigned i = 0; i < 48; ++i) set_predicate_bit(packed, i, (bits >> i) & 1);
+    for (unsigned i = 0; i < vector_bytes(); ++i) set_predicate_bit(packed, i, bit(i));
 }
 
 uint64_t draw_scalar(rng_t& rng) {
@@ -233,7 +235,7 @@ void set_base(machine_state* m, unsigned n, uint64_t address) {
 // Where contiguous first-fault forms start: so close to the unreadable page
 // that they mostly run into it.
 uint64_t first_fault_start(rng_t& rng, const row_profile& p, const test_area& area) {
-  const unsigned span = 48 / p.elem_bytes * p.msize; // bytes of memory one vector takes
+  const unsigned span = vector_bytes() / p.elem_bytes * p.msize; // bytes of memory one vector takes
   const uint64_t a = reinterpret_cast<uint64_t>(area.unreadable) - pick(rng, span * 3 / 2 + 1);
   return a & ~static_cast<uint64_t>(p.msize - 1);
 }
@@ -272,7 +274,7 @@ void place_addresses(rng_t& rng, const row_profile& p, uint32_t word, const test
       // The non-fault loads add imm4 (19:16) times the bytes one vector
       // of elements takes in memory.
       const int64_t imm = static_cast<int32_t>(word << 12) >> 28;
-      const int64_t stride = static_cast<int64_t>(48 / p.elem_bytes * p.msize);
+      const int64_t stride = static_cast<int64_t>(vector_bytes() / p.elem_bytes * p.msize);
       base = first_fault_start(rng, p, area) - static_cast<uint64_t>(imm * stride);
     }
     set_base(m, n, base);
@@ -287,7 +289,7 @@ void place_addresses(rng_t& rng, const row_profile& p, uint32_t word, const test
     return;
   }
   case addressing::vector_imm:
-    for (unsigned i = 0; i < 48 / p.lane_bytes; ++i)
+    for (unsigned i = 0; i < vector_bytes() / p.lane_bytes; ++i)
       put_element(m->z[n], i, p.lane_bytes,
                   draw_address(rng, p, area, p.first_fault && pick(rng, 4) == 0));
     return;
@@ -295,7 +297,7 @@ void place_addresses(rng_t& rng, const row_profile& p, uint32_t word, const test
     // One offset for every element, taken back off each drawn address.
     const uint64_t offset = mreg == 31 ? 0 : static_cast<uint64_t>(small_signed(rng, 256));
     if (mreg != 31) m->x[mreg] = offset;
-    for (unsigned i = 0; i < 48 / p.lane_bytes; ++i)
+    for (unsigned i = 0; i < vector_bytes() / p.lane_bytes; ++i)
       put_element(m->z[n], i, p.lane_bytes, draw_address(rng, p, area, false) - offset);
     return;
   }
@@ -304,7 +306,7 @@ void place_addresses(rng_t& rng, const row_profile& p, uint32_t word, const test
     if (n == 31) bias &= ~int64_t{15}; // so that SP's alignment moves no address
     const unsigned shift = p.offset_scaled ? __builtin_ctz(p.msize) : 0;
     set_base(m, n, draw_address(rng, p, area, near_end) - (static_cast<uint64_t>(bias) << shift));
-    for (unsigned i = 0; i < 48 / p.lane_bytes; ++i) {
+    for (unsigned i = 0; i < vector_bytes() / p.lane_bytes; ++i) {
       uint64_t off =
           static_cast<uint64_t>(bias) + (p.offset_signed ? small_signed(rng, 64) : pick(rng, 129));
       if (p.offset_32) off &= 0xffffffffull;
@@ -382,13 +384,16 @@ void draw_state(rng_t& rng, const row_profile& p, uint32_t word, const test_area
   m->sp = draw_address(rng, p, area, false) & ~15ull;
   place_addresses(rng, p, word, area, m);
   if (needs_first_element_active(p)) set_predicate_bit(m->p[field(word, 12, 10)], 0, true);
+  if (needs_unsaturated_narrowing(p))
+    for (auto& z : m->z)
+      for (unsigned i = 0; i < vector_bytes() / 8; ++i) std::memset(z + 8 * i + 4, 0, 4);
 }
 
 void draw_memory(rng_t& rng, const row_profile& p, const test_area& area) {
   const size_t window = 4096;
   // A structured form's immediate moves its address by up to eight lists of
   // N vectors either way, and its data spans one more list.
-  const size_t list_reach = 8 * p.registers * 48;
+  const size_t list_reach = 8 * p.registers * vector_bytes();
   const size_t middle_window = p.registers > 1 ? std::max(window, 2 * (1024 + list_reach)) : window;
   uint8_t* const middle = area.begin + area.bytes / 2 - middle_window / 2;
   uint8_t* const top = area.unreadable - window / 4;

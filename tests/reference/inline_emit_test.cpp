@@ -70,11 +70,24 @@ TEST_F(record_test, AdditionsInAndOutOfTheImmediateRange) {
 
 TEST(inline_emit, OffsetsOutOfReachAreRefusedNotWrapped) {
   inline_code c;
-  load_q(c, 0, kInlineRecord, 16 * 4096);
+  load_q(c, 0, kInlineRecord, size_t(1) << 24);
   EXPECT_TRUE(c.overflow);
   inline_code d;
   store_x(d, 0, kInlineRecord, 12); // not a multiple of 8
   EXPECT_TRUE(d.overflow);
+}
+
+// The predicates lie past the reach of a byte load's immediate: the offset's
+// multiple of 4 KiB goes into a scratch register first.
+TEST(inline_emit, FarRecordFieldsAreReached) {
+  cpu_state s = {};
+  s.p[3][17] = 1;
+  inline_code c;
+  load_byte(c, 9, kInlineRecord, offsetof(cpu_state, p) + sizeof s.p[0] * 3 + 17);
+  store_x(c, 9, kInlineRecord, x_offset(0));
+  ASSERT_FALSE(c.overflow);
+  run_inline_code(c, 0, false, &s);
+  EXPECT_EQ(s.regs[0], 1u);
 }
 
 TEST(inline_emit, RegionMarkersStayOnTheCallPath) {
@@ -100,7 +113,7 @@ struct memory_test : record_test {
     for (unsigned i = 0; i < 64; ++i) data[i] = 1000 + i;
     s.regs[3] = reinterpret_cast<uint64_t>(data);
     s.regs[4] = 2;
-    for (unsigned b = 0; b < kVectorBytes; b += 4) s.p[2][b] = 1;
+    for (unsigned b = 0; b < process_vector_bytes(); b += 4) s.p[2][b] = 1;
   }
   void load() {
     inline_code c;
@@ -119,7 +132,7 @@ TEST_F(memory_test, AllTrueLoadsInlineAndLeavesItsAddressForTheFaultPath) {
   load();
   EXPECT_EQ(s.raw_instr, 0u);
   EXPECT_EQ(s.pc, 0x4000u);
-  for (unsigned i = 0; i < kVectorBytes / 4; ++i) EXPECT_EQ(element(i), 1002 + i);
+  for (unsigned i = 0; i < process_vector_bytes() / 4; ++i) EXPECT_EQ(element(i), 1002 + i);
 }
 
 TEST_F(memory_test, PartialPredicateTakesTheCallPath) {

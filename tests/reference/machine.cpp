@@ -3,11 +3,11 @@
 #include <cstring>
 
 void unpack_predicate(const uint8_t* packed, uint8_t* bytes) {
-  for (unsigned i = 0; i < 48; ++i) bytes[i] = predicate_bit(packed, i);
+  for (unsigned i = 0; i < vector_bytes(); ++i) bytes[i] = predicate_bit(packed, i);
 }
 
 void pack_predicate(const uint8_t* bytes, uint8_t* packed) {
-  for (unsigned i = 0; i < 48; ++i) set_predicate_bit(packed, i, bytes[i] & 1);
+  for (unsigned i = 0; i < vector_bytes(); ++i) set_predicate_bit(packed, i, bytes[i] & 1);
 }
 
 void to_cpu_state(const machine_state& m, cpu_state* s) {

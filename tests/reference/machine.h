@@ -5,8 +5,12 @@
 #include <cstdint>
 
 #include "state/cpu_state.h"
+#include "state/vector_length.h"
 
-constexpr unsigned kPredicateBytes = 48 / 8; // one bit per vector byte
+// One bit per vector byte. A state has room for the longest vector; only the
+// first vector_bytes() bytes of a Z register (and their bits) mean anything.
+constexpr unsigned kMaxPredicateBytes = kMaxVectorBytes / 8;
+inline unsigned predicate_bytes() { return vector_bytes() / 8; }
 
 struct machine_state {
   uint64_t x[31];
@@ -14,9 +18,9 @@ struct machine_state {
   uint64_t nzcv; // N bit 31 .. V bit 28
   uint64_t fpsr;
   uint64_t fpcr;
-  uint8_t z[32][48];
-  uint8_t p[16][kPredicateBytes]; // bit i of the 48 is vector byte i
-  uint8_t ffr[kPredicateBytes];
+  uint8_t z[32][kMaxVectorBytes];
+  uint8_t p[16][kMaxPredicateBytes]; // bit i is vector byte i
+  uint8_t ffr[kMaxPredicateBytes];
 };
 
 inline bool predicate_bit(const uint8_t* packed, unsigned i) {

@@ -12,11 +12,15 @@
 #define FRAME_HOST_TPIDR (FRAME_HOST + 168)
 #define FRAME_HOST_FPCR (FRAME_HOST + 176)
 #define FRAME_SLOT (FRAME_HOST + 184) // where the word to run waits
-#define FRAME_Z 512                   // Z0..Z31, 48 bytes each
-#define FRAME_P 2048                  // P0..P15 then FFR, 6 packed bytes each
-#define FRAME_BYTES 2160              // through the FFR
+// Registers sit at the stride of the longest vector, whatever the length.
+#define FRAME_Z 512 // Z0..Z31, FRAME_Z_STRIDE bytes apart
+#define FRAME_Z_STRIDE 256
+#define FRAME_P (FRAME_Z + 32 * FRAME_Z_STRIDE) // P0..P15 then FFR, packed
+#define FRAME_P_STRIDE 32
+#define FRAME_BYTES (FRAME_P + 17 * FRAME_P_STRIDE) // through the FFR
 
-// The stub page, the frame page and the page of word slots follow each
+// The stub page, the frame pages and the page of word slots follow each
 // other. A slot loads X16 from the frame, runs its word and branches back.
 #define STUB_PAGE_BYTES 4096
+#define FRAME_PAGES_BYTES (3 * STUB_PAGE_BYTES)
 #define SLOT_BYTES 16

@@ -19,11 +19,13 @@ uint64_t reference_vector_bytes();
 namespace {
 
 static_assert(FRAME_SLOT + 8 <= FRAME_Z);
+static_assert(sizeof(machine_state::z[0]) == FRAME_Z_STRIDE);
+static_assert(sizeof(machine_state::p[0]) == FRAME_P_STRIDE);
 static_assert(FRAME_P + sizeof(machine_state::p) + sizeof(machine_state::ffr) <= FRAME_BYTES);
-static_assert(FRAME_BYTES <= STUB_PAGE_BYTES);
+static_assert(FRAME_BYTES <= FRAME_PAGES_BYTES);
 static_assert(kNativeSlots * SLOT_BYTES <= STUB_PAGE_BYTES);
 
-uint8_t* stub_pages; // stub, frame, slots: one page each
+uint8_t* stub_pages; // the stub page, the frame pages, the slot page
 test_area area;
 
 sigjmp_buf native_jump;
@@ -73,7 +75,8 @@ void write_fpcr(uint64_t v) { asm volatile("msr fpcr, %0" ::"r"(v)); }
 
 uint8_t* frame() { return stub_pages + STUB_PAGE_BYTES; }
 uint32_t* slot_words(unsigned slot) {
-  return reinterpret_cast<uint32_t*>(stub_pages + 2 * STUB_PAGE_BYTES + slot * SLOT_BYTES);
+  return reinterpret_cast<uint32_t*>(stub_pages + STUB_PAGE_BYTES + FRAME_PAGES_BYTES +
+                                     slot * SLOT_BYTES);
 }
 
 template <typename Fn> int guarded(Fn&& fn) {
@@ -122,12 +125,13 @@ const char* native_init() {
   install_handlers();
   uint64_t vl = 0;
   if (guarded([&] { vl = reference_vector_bytes(); }) != 0)
-    return "this processor has no SVE; run under qemu-aarch64 -cpu max,sve384=on";
-  if (vl != 48)
-    return "the vector length is not 48 bytes; run under qemu-aarch64 -cpu max,sve384=on";
+    return "this processor has no SVE; run under qemu-aarch64 -cpu max,sveN=on";
+  // The emulator runs at the reference's own length.
+  if (!set_vector_bytes(static_cast<unsigned>(vl)))
+    return "the processor's vector length is longer than 2048 bits";
 
-  void* p = mmap(nullptr, 3 * STUB_PAGE_BYTES, PROT_READ | PROT_WRITE | PROT_EXEC,
-                 MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  void* p = mmap(nullptr, 2 * STUB_PAGE_BYTES + FRAME_PAGES_BYTES,
+                 PROT_READ | PROT_WRITE | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (p == MAP_FAILED) return "cannot map a writable and executable page";
   stub_pages = static_cast<uint8_t*>(p);
   const size_t stub_bytes = reinterpret_cast<const uint8_t*>(reference_stub_end) -

@@ -59,15 +59,22 @@ reference_stub_begin:
   mrs x17, fpcr
   str x17, [x16, #FRAME_HOST_FPCR]
 
-  add x17, x16, #FRAME_P
-  ldr p0, [x17, #16, mul vl]
+  // Registers lie a fixed stride apart, not a vector length: each address is
+  // stepped to rather than scaled.
+  mov x17, #(FRAME_P + 16 * FRAME_P_STRIDE)
+  add x17, x16, x17
+  ldr p0, [x17]
   wrffr p0.b
+  mov x17, #FRAME_P
+  add x17, x16, x17
   .irp n, 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15
-  ldr p\n, [x17, #\n, mul vl]
+  ldr p\n, [x17]
+  add x17, x17, #FRAME_P_STRIDE
   .endr
   add x17, x16, #FRAME_Z
   .irp n, 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20,21,22,23,24,25,26,27,28,29,30,31
-  ldr z\n, [x17, #\n, mul vl]
+  ldr z\n, [x17]
+  add x17, x17, #FRAME_Z_STRIDE
   .endr
   ldr x17, [x16, #FRAME_NZCV]
   msr nzcv, x17
@@ -102,14 +109,17 @@ reference_stub_resume:
   str x17, [x16, #FRAME_FPSR]
   add x17, x16, #FRAME_Z
   .irp n, 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20,21,22,23,24,25,26,27,28,29,30,31
-  str z\n, [x17, #\n, mul vl]
+  str z\n, [x17]
+  add x17, x17, #FRAME_Z_STRIDE
   .endr
-  add x17, x16, #FRAME_P
+  mov x17, #FRAME_P
+  add x17, x16, x17
   .irp n, 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15
-  str p\n, [x17, #\n, mul vl]
+  str p\n, [x17]
+  add x17, x17, #FRAME_P_STRIDE
   .endr
   rdffr p0.b
-  str p0, [x17, #16, mul vl]
+  str p0, [x17]
 
   ldr x17, [x16, #FRAME_HOST_TPIDR]
   msr tpidr_el0, x17

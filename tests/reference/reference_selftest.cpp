@@ -24,10 +24,10 @@ machine_state numbered_state() {
   m.fpsr = 0x9f;
   m.fpcr = 3u << 22 | 1u << 24 | 1u << 25 | 1u << 26 | 1u << 19;
   for (unsigned n = 0; n < 32; ++n)
-    for (unsigned i = 0; i < 48; ++i) m.z[n][i] = static_cast<uint8_t>(n * 7 + i);
+    for (unsigned i = 0; i < vector_bytes(); ++i) m.z[n][i] = static_cast<uint8_t>(n * 7 + i);
   for (unsigned n = 0; n < 16; ++n)
-    for (unsigned i = 0; i < kPredicateBytes; ++i) m.p[n][i] = static_cast<uint8_t>(n * 16 + i);
-  for (unsigned i = 0; i < kPredicateBytes; ++i) m.ffr[i] = static_cast<uint8_t>(0xa5 ^ i);
+    for (unsigned i = 0; i < predicate_bytes(); ++i) m.p[n][i] = static_cast<uint8_t>(n * 16 + i);
+  for (unsigned i = 0; i < predicate_bytes(); ++i) m.ffr[i] = static_cast<uint8_t>(0xa5 ^ i);
   return m;
 }
 
@@ -42,7 +42,7 @@ TEST_F(Reference, WordsSeeTheLoadedStateAndTheirResultsComeBack) {
   const machine_state in = numbered_state();
   machine_state out = in;
   ASSERT_EQ(run_native_word(0x04a20020, &out), native_outcome::ran); // add z0.s, z1.s, z2.s
-  for (unsigned i = 0; i < 12; ++i) {
+  for (unsigned i = 0; i < vector_bytes() / 4; ++i) {
     uint32_t a, b, r;
     std::memcpy(&a, in.z[1] + 4 * i, 4);
     std::memcpy(&b, in.z[2] + 4 * i, 4);
@@ -57,7 +57,7 @@ TEST_F(Reference, WordsSeeTheLoadedStateAndTheirResultsComeBack) {
   EXPECT_EQ(out.x[4], in.fpcr);
   out = in;
   ASSERT_EQ(run_native_word(0x2519f003, &out), native_outcome::ran); // rdffr p3.b
-  EXPECT_EQ(std::memcmp(out.p[3], in.ffr, kPredicateBytes), 0);
+  EXPECT_EQ(std::memcmp(out.p[3], in.ffr, predicate_bytes()), 0);
 }
 
 TEST_F(Reference, UndefinedWordsAndFaultsAreToldApartAndLeaveTheStateAlone) {
@@ -73,14 +73,14 @@ TEST_F(Reference, UndefinedWordsAndFaultsAreToldApartAndLeaveTheStateAlone) {
 }
 
 TEST(Machine, PredicatesRoundTripThroughTheByteForm) {
-  uint8_t packed[kPredicateBytes] = {0x01, 0x80, 0xff, 0x00, 0x5a, 0xc3};
+  uint8_t packed[kMaxPredicateBytes] = {0x01, 0x80, 0xff, 0x00, 0x5a, 0xc3};
   cpu_state s{};
   unpack_predicate(packed, s.p[0]);
   EXPECT_EQ(s.p[0][0], 1);
   EXPECT_EQ(s.p[0][1], 0);
   EXPECT_EQ(s.p[0][15], 1);
   s.p[0][16] = 0xfe; // only bit 0 counts on the way back
-  uint8_t back[kPredicateBytes];
+  uint8_t back[kMaxPredicateBytes];
   pack_predicate(s.p[0], back);
   EXPECT_EQ(back[2], 0xfe);
   EXPECT_EQ(back[0], 0x01);
@@ -140,9 +140,9 @@ TEST(Compare, CoversPredicatesFlagsScalarsAndMemory) {
 TEST(Compare, FirstFaultLoadsAreHeldOnlyToWhatTheirDesignPromises) {
   compared c;
   c.rules = {4, true, 7, 0, 0};
-  std::memset(c.before.ffr, 0x0f, kPredicateBytes);
-  std::memset(c.expected.ffr, 0x0f, kPredicateBytes);
-  std::memset(c.actual.ffr, 0x0f, kPredicateBytes);
+  std::memset(c.before.ffr, 0x0f, predicate_bytes());
+  std::memset(c.expected.ffr, 0x0f, predicate_bytes());
+  std::memset(c.actual.ffr, 0x0f, predicate_bytes());
   // Element 1 (bytes 4..7) has its FFR bit clear: its value is not compared.
   c.actual.z[7][4] = 9;
   set_predicate_bit(c.actual.ffr, 0, false); // and FFR may clear other elements

@@ -38,6 +38,16 @@ expect 2 "zorvo: $work/x86: not an AArch64 ELF program" "$zorvo" -- "$work/x86"
 expect 6 "blocks built" "$zorvo" --stats -- "$static_program"
 expect 2 "zorvo: unknown option '--bogus'" "$zorvo" --bogus -- "$program"
 expect 2 "option --trace-dir needs a value" "$zorvo" --trace-dir
+# Vector lengths: multiples of 128 bits from 128 to 2048, one line otherwise.
+for bad in 0 64 100 384x 2176 4096 -128 ''; do
+  expect 2 "zorvo: --vl needs a multiple of 128 from 128 to 2048, not '$bad'" \
+    "$zorvo" --vl "$bad" -- "$program"
+  [ "$(wc -l <"$work/err")" = 1 ] || {
+    echo "FAIL: --vl '$bad' says more than one line" >&2
+    failures=$((failures + 1))
+  }
+done
+expect 2 "option --vl needs a value" "$zorvo" --vl
 expect 2 "--loglevel needs a number" "$zorvo" --loglevel x -- "$program"
 expect 0 "usage: zorvo [options] -- APP" "$zorvo" --help
 

@@ -7,16 +7,24 @@
 #include <string.h>
 
 // Loads and stores run around the middle of their buffers, so that negative
-// immediates and indices stay inside them.
-static uint8_t source[1024], dest[1024], spilled[48];
-static uint8_t pattern[48];
+// immediates and indices stay inside them at any vector length (up to 256
+// bytes), whose bytes vl is.
+static uint8_t source[8192], dest[8192], spilled[256];
+static uint8_t pattern[256];
+static unsigned vl;
 
-// Predicate images: one bit per register byte.
-static const uint8_t predicates[3][6] = {
-    {0xff, 0xff, 0xff, 0xff, 0xff, 0xff}, // all active
-    {0xff, 0xff, 0xff, 0xff, 0x1f, 0x00}, // a partial last vector: 37 bytes
-    {0x35, 0xc1, 0x0f, 0x81, 0x42, 0x99}, // scattered
-};
+// Predicate images: one bit per register byte. All active; a partial last
+// vector (the first three quarters and one byte); scattered.
+static uint8_t predicates[3][32];
+static const uint8_t scattered[6] = {0x35, 0xc1, 0x0f, 0x81, 0x42, 0x99};
+
+static void make_predicates(void) {
+  for (unsigned i = 0; i < vl; ++i) {
+    const int on[3] = {1, i <= vl * 3 / 4, (scattered[i / 8 % 6] >> (i % 8)) & 1};
+    for (int k = 0; k < 3; ++k)
+      if (on[k]) predicates[k][i / 8] |= (uint8_t)(1u << (i % 8));
+  }
+}
 
 static void show(const char* what, const uint8_t* p, size_t n) {
   printf("%-36s", what);
@@ -32,7 +40,7 @@ static void show(const char* what, const uint8_t* p, size_t n) {
                      : [pred] "r"(pred), [pattern] "r"(pattern), [base] "r"(base),                 \
                        [idx] "r"(index), [out] "r"(spilled)                                        \
                      : "z0", "p1", "memory");                                                      \
-    show(insn, spilled, sizeof spilled);                                                           \
+    show(insn, spilled, vl);                                                                       \
   } while (0)
 
 #define STORE(insn)                                                                                \
@@ -43,14 +51,18 @@ static void show(const char* what, const uint8_t* p, size_t n) {
         :                                                                                          \
         : [pred] "r"(pred), [pattern] "r"(pattern), [dst] "r"(target), [idx] "r"(index)            \
         : "z0", "p1", "memory");                                                                   \
-    show(insn, target - 144, 384);                                                                 \
+    show(insn, target - 2 * vl - 64, 5 * vl + 64);                                                 \
   } while (0)
 
 int main(void) {
+  uint64_t bytes;
+  __asm__ volatile("rdvl %0, #1" : "=r"(bytes));
+  vl = (unsigned)bytes;
+  make_predicates();
   for (unsigned i = 0; i < sizeof source; ++i) source[i] = (uint8_t)(i * 37 + (i >> 3) * 11);
   for (unsigned i = 0; i < sizeof pattern; ++i) pattern[i] = (uint8_t)(0x80 + i * 5);
-  const uint8_t* const base = source + 512;
-  uint8_t* const target = dest + 512;
+  const uint8_t* const base = source + 4096;
+  uint8_t* const target = dest + 4096;
   for (int k = 0; k < 3; ++k) {
     const uint8_t* const pred = predicates[k];
     const int64_t index = k == 2 ? -7 : 3;
@@ -93,23 +105,23 @@ int main(void) {
 
   // The stack pointer as base: a vector stored below the frame, partly
   // overwritten and read back.
-  uint8_t round_trip[96];
+  uint8_t round_trip[512];
   __asm__ volatile(
       "ldr p1, [%[pred]]\n\t"
       "ldr z0, [%[pattern]]\n\t"
       "ldr z3, [%[fill]]\n\t"
-      "sub sp, sp, #112\n\t"
+      "addvl sp, sp, #-2\n\t"
       "str z3, [sp]\n\t"
       "st1b {z0.b}, p1, [sp]\n\t"
       "str z0, [sp, #1, mul vl]\n\t"
       "ld1w {z1.s}, p1/z, [sp]\n\t"
       "ldr z2, [sp, #1, mul vl]\n\t"
-      "add sp, sp, #112\n\t"
+      "addvl sp, sp, #2\n\t"
       "str z1, [%[out]]\n\t"
       "str z2, [%[out], #1, mul vl]"
       :
       : [pred] "r"(predicates[2]), [pattern] "r"(pattern), [fill] "r"(source), [out] "r"(round_trip)
       : "z0", "z1", "z2", "z3", "p1", "memory");
-  show("sp as base", round_trip, sizeof round_trip);
+  show("sp as base", round_trip, 2 * vl);
   return 0;
 }
