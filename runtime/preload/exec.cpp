@@ -76,13 +76,10 @@ bool search_path(const char* file, char* found, size_t size) {
   }
 }
 
-// The command that system and popen hand to the C library when the shell
-// must start under zorvo; nullptr when the command goes as it is.
 char* shell_through_launcher(const char* command) {
-  static const char shell[] = "/bin/sh";
-  if (command == nullptr || !relaunch(shell)) return nullptr;
-  return shell_command::through_launcher(zorvo_app_hooks->relaunch,
-                                         zorvo_preload::vector_length_inherited(), shell, command);
+  if (zorvo_app_hooks == nullptr) return nullptr;
+  return shell_command::for_shell(zorvo_app_hooks->relaunch,
+                                  zorvo_preload::vector_length_inherited(), "/bin/sh", command);
 }
 
 } // namespace

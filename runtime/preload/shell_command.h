@@ -68,4 +68,15 @@ inline char* through_launcher(const char* launcher, bool vl_inherit, const char*
   return result;
 }
 
+// What system and popen hand to the C library: the command through the
+// launcher when SHELL is an AArch64 program and there is a launcher;
+// nullptr when COMMAND goes as it is (or, rarely, when out of memory).
+inline char* for_shell(const char* launcher, bool vl_inherit, const char* shell,
+                       const char* command) {
+  if (launcher == nullptr || *launcher == 0 || command == nullptr ||
+      !relaunch_command::is_aarch64_program(shell))
+    return nullptr;
+  return through_launcher(launcher, vl_inherit, shell, command);
+}
+
 } // namespace shell_command

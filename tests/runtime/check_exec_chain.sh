@@ -54,13 +54,16 @@ if ! cmp -s "$work/ref_spawnp.out" "$work/zorvo_spawnp.out" || [ "$spawnp_status
 fi
 # A second program that lost zorvo would have died on its first SVE word.
 grep -q "^child: second:" "$work/zorvo.out" && grep -q "^second:" "$work/zorvo.out" || failed=1
-# Each program of the chain writes its own trace, the first before its exec.
-EXEC_CHAIN_TRACE=1 "$ZORVO" --trace-dir "$work" -- "$first" "$second" chain_end last \
-  >/dev/null 2>&1 || failed=1
-for program in "$first" "$second"; do
+# Each program of the chain writes its own trace, the first before its exec;
+# the spawned second program has a trace of its own too.
+EXEC_CHAIN_TRACE=1 "$ZORVO" --trace-dir "$work" -- "$first" --spawn "$second" "$second" chain_end \
+  last >/dev/null 2>&1 || failed=1
+for expected in "$first 1" "$second 2"; do
+  read -r program count <<<"$expected"
   name=$(basename "$program")
-  if ! ls "$work"/zorvo."$name".*.trace >/dev/null 2>&1; then
-    echo "FAIL: no trace file of $name in the trace directory:" >&2
+  found=$(ls "$work"/zorvo."$name".*.trace 2>/dev/null | wc -l)
+  if [ "$found" != "$count" ]; then
+    echo "FAIL: $found trace files of $name in the trace directory, not $count:" >&2
     ls "$work" >&2
     failed=1
   fi

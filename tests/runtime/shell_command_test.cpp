@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -68,6 +70,47 @@ TEST(ShellThroughLauncher, StatusIsTheLaunchers) {
   const int status = system(through.text);
   ASSERT_TRUE(WIFEXITED(status));
   EXPECT_EQ(WEXITSTATUS(status), 7);
+}
+
+std::string write_file(const char* name, const std::string& bytes) {
+  const std::string path = testing::TempDir() + name;
+  FILE* f = fopen(path.c_str(), "wb");
+  fwrite(bytes.data(), 1, bytes.size(), f);
+  fclose(f);
+  return path;
+}
+
+// ELF identification and machine, padded to a header's length.
+std::string elf_header(unsigned char machine) {
+  std::string h = std::string("\x7f"
+                              "ELF\x02\x01\x01",
+                              7) +
+                  std::string(11, '\0');
+  h += static_cast<char>(machine);
+  h += std::string(64 - h.size(), '\0');
+  return h;
+}
+
+// Only an AArch64 shell goes through the launcher, and only when there is
+// one; every other shell gets the command as it is.
+TEST(ShellThroughLauncher, OnlyAnAArch64ShellWithALauncher) {
+  const std::string aarch64 = write_file("aarch64_shell", elf_header(183));
+  const std::string x86 = write_file("x86_shell", elf_header(62));
+  const std::string script = write_file("script_shell", "#!/bin/sh\necho\n");
+  const std::string missing = testing::TempDir() + "no_such_shell";
+  unlink(missing.c_str());
+
+  shell_text through(shell_command::for_shell(print_words, false, aarch64.c_str(), "true"));
+  ASSERT_NE(through.text, nullptr);
+  EXPECT_NE(std::string(through.text).find("'--' '" + aarch64 + "' '-c' 'true'"), std::string::npos)
+      << through.text;
+  for (const std::string& other : {x86, script, missing})
+    EXPECT_EQ(shell_command::for_shell(print_words, false, other.c_str(), "true"), nullptr)
+        << other;
+  EXPECT_EQ(shell_command::for_shell("", false, aarch64.c_str(), "true"), nullptr);
+  EXPECT_EQ(shell_command::for_shell(nullptr, false, aarch64.c_str(), "true"), nullptr);
+  // system(NULL) asks whether there is a shell: the C library answers.
+  EXPECT_EQ(shell_command::for_shell(print_words, false, aarch64.c_str(), nullptr), nullptr);
 }
 
 } // namespace
