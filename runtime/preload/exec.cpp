@@ -3,7 +3,8 @@
 // launcher command the runtime was given; anything else (scripts, programs
 // of the host) is executed as it is. Every public exec entry of the C
 // library is here, because the C library's own calls between them are
-// internal and cannot be interposed.
+// internal and cannot be interposed; so are system and popen, whose shell
+// is one more program to start that way.
 #include <alloca.h>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -19,6 +20,7 @@
 #include "app_hooks.h"
 #include "preload.h"
 #include "relaunch_command.h"
+#include "shell_command.h"
 
 extern "C" const app_hooks* zorvo_app_hooks;
 
@@ -72,6 +74,12 @@ bool search_path(const char* file, char* found, size_t size) {
     if (end == nullptr) return false;
     d = end;
   }
+}
+
+char* shell_through_launcher(const char* command) {
+  if (zorvo_app_hooks == nullptr) return nullptr;
+  return shell_command::for_shell(zorvo_app_hooks->relaunch,
+                                  zorvo_preload::vector_length_inherited(), "/bin/sh", command);
 }
 
 } // namespace
@@ -190,6 +198,32 @@ int posix_spawnp(pid_t* pid, const char* file, const posix_spawn_file_actions_t*
   if (!std::strchr(file, '/') && search_path(file, found, sizeof found)) path = found;
   if (!relaunch(path)) return real(pid, file, actions, attr, argv, envp);
   return posix_spawn(pid, path, actions, attr, argv, envp);
+}
+
+} // extern "C"
+
+extern "C" {
+
+int system(const char* command) {
+  using system_fn = int (*)(const char*);
+  static const auto real = next_definition<system_fn>("system");
+  char* through = shell_through_launcher(command);
+  const int status = real(through ? through : command);
+  const int saved_errno = errno;
+  std::free(through);
+  errno = saved_errno;
+  return status;
+}
+
+FILE* popen(const char* command, const char* mode) {
+  using popen_fn = FILE* (*)(const char*, const char*);
+  static const auto real = next_definition<popen_fn>("popen");
+  char* through = shell_through_launcher(command);
+  FILE* stream = real(through ? through : command, mode);
+  const int saved_errno = errno;
+  std::free(through);
+  errno = saved_errno;
+  return stream;
 }
 
 } // extern "C"
