@@ -177,8 +177,9 @@ length_results results_of(const std::vector<checked_row>& rows) {
   r.vector_bytes = vector_bytes();
   for (const checked_row& c : rows) {
     r.order.push_back(c.row->name);
-    r.rows[c.row->name] = {tier(*c.row),     c.outcome.cases,   c.outcome.passed,
-                           c.outcome.failed, c.outcome.skipped, status_name(c.outcome.status()),
+    r.rows[c.row->name] = {tier(*c.row),          c.outcome.cases,
+                           c.outcome.passed,      c.outcome.failed,
+                           c.outcome.skipped,     status_name(c.outcome.status()),
                            c.outcome.inline_cases};
   }
   return r;
@@ -192,8 +193,8 @@ bool write_results(const char* path, const length_results& r) {
   std::fprintf(f, "vector_bytes\t%u\n", r.vector_bytes);
   for (const std::string& name : r.order) {
     const row_result& x = r.rows.at(name);
-    std::fprintf(f, "%s\t%s\t%u\t%u\t%u\t%u\t%s\t%u\n", name.c_str(), x.handler.c_str(),
-                 x.cases, x.passed, x.failed, x.skipped, x.status.c_str(), x.inline_cases);
+    std::fprintf(f, "%s\t%s\t%u\t%u\t%u\t%u\t%s\t%u\n", name.c_str(), x.handler.c_str(), x.cases,
+                 x.passed, x.failed, x.skipped, x.status.c_str(), x.inline_cases);
   }
   return std::fclose(f) == 0;
 }
@@ -263,11 +264,11 @@ bool write_markdown(const char* path, const options& o, const std::vector<length
   list_differences(f, "- ", "**");
   std::fprintf(f, "\n## Where the reference processor is wrong\n\n");
   list_differences(f, "- ", "**", reference_defects);
-  std::fprintf(f,
-               "\n## Rows\n\nTier: *inline*, the row's words are translated into code in the fragment\n"
-               "(every case of such a row runs that code as well as the call path, and both\n"
-               "are compared; the cell counts those cases); then the fast handler the call\n"
-               "path takes, or the generic tier.\n\n| Decoder | Tier |");
+  std::fprintf(
+      f, "\n## Rows\n\nTier: *inline*, the row's words are translated into code in the fragment\n"
+         "(every case of such a row runs that code as well as the call path, and both\n"
+         "are compared; the cell counts those cases); then the fast handler the call\n"
+         "path takes, or the generic tier.\n\n| Decoder | Tier |");
   for (const length_results& r : runs) std::fprintf(f, " %u bits |", 8 * r.vector_bytes);
   std::fprintf(f, "\n|---|---|");
   for (size_t k = 0; k < runs.size(); ++k) std::fprintf(f, "---|");

@@ -29,15 +29,16 @@ static void install(int flags) {
 }
 
 static int sve_sum(void) {
-  int32_t a[12], out[12];
-  for (int i = 0; i < 12; ++i) a[i] = i;
+  // Room for the longest vector, 64 words; a shorter one leaves the rest 0.
+  int32_t a[64], out[64] = {0};
+  for (int i = 0; i < 64; ++i) a[i] = i;
   __asm__ volatile("ptrue p0.s\n\tld1w {z0.s}, p0/z, [%0]\n\tadd z0.s, z0.s, z0.s\n\t"
                    "st1w {z0.s}, p0, [%1]"
                    :
                    : "r"(a), "r"(out)
                    : "memory", "v0", "p0");
   int sum = 0;
-  for (int i = 0; i < 12; ++i) sum += out[i];
+  for (int i = 0; i < 64; ++i) sum += out[i];
   return sum;
 }
 

@@ -31,17 +31,17 @@ static void show(const char* name) {
 }
 
 #define ALL svptrue_b8()
-#define RESULT(name, expr, kind, store)                                                      \
-  do {                                                                                       \
-    kind r_ = expr;                                                                          \
-    store(svptrue_b8(), (void*)out, r_);                                                     \
-    show(name);                                                                              \
+#define RESULT(name, expr, kind, store)                                                            \
+  do {                                                                                             \
+    kind r_ = expr;                                                                                \
+    store(svptrue_b8(), (void*)out, r_);                                                           \
+    show(name);                                                                                    \
   } while (0)
-#define PRED(name, expr)                                                                     \
-  do {                                                                                       \
-    svbool_t p_ = expr;                                                                      \
-    svst1_u8(ALL, out, svdup_n_u8_z(p_, 1));                                                 \
-    show(name);                                                                              \
+#define PRED(name, expr)                                                                           \
+  do {                                                                                             \
+    svbool_t p_ = expr;                                                                            \
+    svst1_u8(ALL, out, svdup_n_u8_z(p_, 1));                                                       \
+    show(name);                                                                                    \
   } while (0)
 
 int main(void) {
@@ -145,11 +145,12 @@ int main(void) {
   RESULT("sqrdmulh[3]", svqrdmulh_lane_s32(wa, wb, 3), svint32_t, svst1_s32);
 
   // Histograms and matches.
-  RESULT("histcnt", svhistcnt_u32_z(svwhilelt_b32_s32(0, 7), svand_n_u32_x(ALL, uwa, 3),
-                                    svand_n_u32_x(ALL, uwb, 3)),
+  RESULT("histcnt",
+         svhistcnt_u32_z(svwhilelt_b32_s32(0, 7), svand_n_u32_x(ALL, uwa, 3),
+                         svand_n_u32_x(ALL, uwb, 3)),
          svuint32_t, svst1_u32);
-  RESULT("histcnt.d", svhistcnt_u64_z(svptrue_b64(), svand_n_u64_x(ALL, uda, 1), udb),
-         svuint64_t, svst1_u64);
+  RESULT("histcnt.d", svhistcnt_u64_z(svptrue_b64(), svand_n_u64_x(ALL, uda, 1), udb), svuint64_t,
+         svst1_u64);
   RESULT("histseg", svhistseg_u8(ua, uc), svuint8_t, svst1_u8);
   PRED("match", svmatch_u8(some, ua, uc));
   PRED("nmatch", svnmatch_u16(svptrue_b16(), uha, svreinterpret_u16_u8(uc)));
@@ -223,8 +224,8 @@ int main(void) {
 
   // BF16: the conversions and bfmlal follow FPCR; bfdot and bfmmla do not.
   const svfloat32_t fa = svreinterpret_f32_u8(ua), fb = svreinterpret_f32_u8(ub);
-  const svfloat32_t small = svmul_n_f32_x(ALL, svcvt_f32_s32_x(ALL, svand_n_s32_x(ALL, wa, 0xffff)),
-                                          1.0e-38f / 3.0f);
+  const svfloat32_t small =
+      svmul_n_f32_x(ALL, svcvt_f32_s32_x(ALL, svand_n_s32_x(ALL, wa, 0xffff)), 1.0e-38f / 3.0f);
   const svbfloat16_t ba = svreinterpret_bf16_u8(ua), bb = svreinterpret_bf16_u8(ub);
   const svfloat16_t hfa = svreinterpret_f16_u8(ua), hfb = svreinterpret_f16_u8(ub);
   const svfloat64_t dfa = svreinterpret_f64_u8(ua), dfb = svreinterpret_f64_u8(ub);

@@ -38,20 +38,19 @@ __attribute__((noinline)) void multiply_accumulate_long(int32_t* restrict acc,
                                                         const int16_t* restrict b, int n) {
   for (int i = 0; i < n; ++i) acc[i] += (int32_t)a[i] * b[i];
 }
-__attribute__((noinline)) void shift_accumulate(uint64_t* restrict out,
-                                                const uint64_t* restrict a, int n) {
+__attribute__((noinline)) void shift_accumulate(uint64_t* restrict out, const uint64_t* restrict a,
+                                                int n) {
   for (int i = 0; i < n; ++i) out[i] += a[i] >> 7;
 }
-__attribute__((noinline)) void shift_right_rounded(int16_t* restrict out,
-                                                   const int16_t* restrict a, int n) {
+__attribute__((noinline)) void shift_right_rounded(int16_t* restrict out, const int16_t* restrict a,
+                                                   int n) {
   for (int i = 0; i < n; ++i) out[i] = (int16_t)((a[i] + 8) >> 4);
 }
 __attribute__((noinline)) void widen_shift(uint32_t* restrict out, const uint8_t* restrict a,
                                            int n) {
   for (int i = 0; i < n; ++i) out[i] = (uint32_t)a[i] << 5;
 }
-__attribute__((noinline)) void absolute_difference(uint8_t* restrict out,
-                                                   const uint8_t* restrict a,
+__attribute__((noinline)) void absolute_difference(uint8_t* restrict out, const uint8_t* restrict a,
                                                    const uint8_t* restrict b, int n) {
   for (int i = 0; i < n; ++i) out[i] = a[i] > b[i] ? a[i] - b[i] : b[i] - a[i];
 }
