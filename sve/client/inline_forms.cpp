@@ -560,8 +560,7 @@ constexpr lane_numbers kLaneNumbers;
 // test of the result under an all-true predicate: N the first element
 // active, Z none, C not the last, V clear.
 bool emit_while(inline_op op, simd_size size, uint32_t word, inline_code& c) {
-  const unsigned elements = process_vector_bytes() >> size;
-  if (elements > 255 && size == B) return false; // byte lanes hold counts up to 255
+  const unsigned elements = process_vector_bytes() >> size; // at most 255 bytes: form_is_inline
   const unsigned pd = field(word, 3, 0), rn = field(word, 9, 5), rm = field(word, 20, 16);
   const bool wide = field(word, 12, 12), is_signed = op == inline_op::while_lt;
   const unsigned regs[2] = {rn, rm};
