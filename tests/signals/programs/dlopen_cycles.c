@@ -14,8 +14,8 @@ enum { kCycles = 10000, kWarmUp = 500 };
 
 int main(int argc, char** argv) {
   if (argc < 3) return 2;
-  float b[12], c[12];
-  for (int i = 0; i < 12; ++i) b[i] = (float)i, c[i] = 2.0f;
+  float b[64], c[64]; /* room for the longest vector */
+  for (int i = 0; i < 64; ++i) b[i] = (float)i, c[i] = 2.0f;
   long settled = 0, wrong = 0;
   for (int cycle = 0; cycle < kCycles; ++cycle) {
     void* lib = dlopen(argv[1 + cycle % 2], RTLD_NOW);
@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
       return 1;
     }
     kernel_fn* kernel = (kernel_fn*)dlsym(lib, "kernel");
-    float acc[12] = {0};
+    float acc[64] = {0};
     kernel(acc, b, c);
     /* fmla gives 2 * 5 = 10 at element 5, fmls -10. */
     if (acc[5] != (cycle % 2 ? -10.0f : 10.0f)) ++wrong;

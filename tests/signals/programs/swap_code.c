@@ -8,8 +8,8 @@ typedef void kernel_fn(float*, const float*, const float*);
 
 int main(int argc, char** argv) {
   if (argc < 3) return 2;
-  float b[12], c[12];
-  for (int i = 0; i < 12; ++i) b[i] = (float)i, c[i] = 2.0f;
+  float b[64], c[64]; /* room for the longest vector */
+  for (int i = 0; i < 64; ++i) b[i] = (float)i, c[i] = 2.0f;
   for (int round = 0; round < 4; ++round) {
     const char* path = argv[1 + round % 2];
     void* lib = dlopen(path, RTLD_NOW);
@@ -18,7 +18,7 @@ int main(int argc, char** argv) {
       return 1;
     }
     kernel_fn* kernel = (kernel_fn*)dlsym(lib, "kernel");
-    float acc[12] = {0};
+    float acc[64] = {0};
     kernel(acc, b, c);
     kernel(acc, b, c);
     printf("round %d (%s): %g %g %g\n", round, round % 2 ? "fmls" : "fmla", acc[1], acc[5],
