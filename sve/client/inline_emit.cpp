@@ -194,6 +194,15 @@ uint32_t cmtst_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
 uint32_t lane_sign_to_one(simd_size size, unsigned vd, unsigned vn) {
   return 0x6f000400 | ((8u << size) + 1) << 16 | vn << 5 | vd; // ushr #bits-1
 }
+void lane_ones(inline_code& c, simd_size size, unsigned v) {
+  static constexpr uint32_t kMoviOne[] = {0x4f00e420, 0x4f008420, 0x4f000420};
+  if (size != D) {
+    c.put(kMoviOne[size] | v);
+    return;
+  }
+  move_constant(c, 9, 1);
+  c.put(dup_v_from_x(D, v, 9));
+}
 uint32_t movi_b(unsigned vd, uint8_t imm) {
   return 0x4f00e400 | uint32_t(imm >> 5) << 16 | uint32_t(imm & 31) << 5 | vd;
 }

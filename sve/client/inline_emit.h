@@ -141,6 +141,8 @@ uint32_t cmtst_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 // Each lane shifted right, unsigned, by its width less one: all-ones lanes
 // become 1.
 uint32_t lane_sign_to_one(simd_size size, unsigned vd, unsigned vn);
+// Every lane of Vv set to 1 (X9 serves doublewords).
+void lane_ones(inline_code& c, simd_size size, unsigned v);
 // Every byte of Vd set to imm.
 uint32_t movi_b(unsigned vd, uint8_t imm);
 // Every byte of Vd from byte 0 of Vn; Wd from byte or halfword 0 of Vn.

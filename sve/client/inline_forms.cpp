@@ -400,15 +400,6 @@ bool emit_fp(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_co
 // vectors and keeps its inactive elements with a mask: each element whose
 // first predicate byte has bit 0 set, found by testing every lane against a
 // lane of 1 (V4, set up once per word).
-void lane_ones(inline_code& c, simd_size size, unsigned v) {
-  static constexpr uint32_t kMoviOne[] = {0x4f00e420, 0x4f008420, 0x4f000420};
-  if (size != D) {
-    c.put(kMoviOne[size] | v);
-    return;
-  }
-  move_constant(c, 9, 1);
-  c.put(dup_v_from_x(D, v, 9));
-}
 uint32_t mask_of_active(simd_size size, unsigned v, unsigned ones) {
   return 0x4e208c00 | size << 22 | ones << 16 | v << 5 | v; // cmtst v, v, ones
 }

@@ -143,15 +143,7 @@ void load_byte_numbers(inline_code& c) {
 }
 
 // V19: 1 in the first byte of every element of the size.
-void element_ones(inline_code& c, simd_size size) {
-  static constexpr uint32_t kMoviOne[] = {0x4f00e420, 0x4f008420, 0x4f000420};
-  if (size != D) {
-    c.put(kMoviOne[size] | vOnes);
-    return;
-  }
-  move_constant(c, 9, 1);
-  c.put(dup_v_from_x(D, vOnes, 9));
-}
+void element_ones(inline_code& c, simd_size size) { lane_ones(c, size, vOnes); }
 
 // Vd: all ones over every element whose first byte in predicate chunk Vg is
 // set (V19 prepared for sizes other than bytes).
