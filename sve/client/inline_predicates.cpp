@@ -43,10 +43,13 @@ constexpr pred_row kRows[] = {
     {"VecPActualP", read_ffr_z},
     {"VecPActualFlgP", read_ffr_flags},
     {"VecPWriteFFSRP", write_ffr},
-    {"VecU8CLoadFF1LSSZ", load_first_fault},
-    {"VecU16CLoadFF2LSSZ", load_first_fault},
-    {"VecU32CLoadFF4LSSZ", load_first_fault},
+    {"VecU*CLoadFF1LSSZ", load_first_fault},
+    {"VecU*CLoadFF2LSSZ", load_first_fault},
+    {"VecU*CLoadFF4LSSZ", load_first_fault},
     {"VecU64CLoadFF8LSSZ", load_first_fault},
+    {"VecS*CLoadFF1LSSZ", load_first_fault},
+    {"VecS*CLoadFF2LSSZ", load_first_fault},
+    {"VecS64CLoadFF4LSSZ", load_first_fault},
     {"VecS*CmpFlgEQVIZ", compare_imm},
     {"VecS*CmpFlgNEVIZ", compare_imm},
     {"VecS*CmpFlgGTVIZ", compare_imm},
@@ -459,10 +462,24 @@ bool emit_logic(uint32_t word, bool flags, inline_code& c) {
   return true;
 }
 
-// ldff1 of whole elements, scalar plus scalar. Inline only the common case:
-// tracing off, every element active and the vector within one page (of 4
-// KiB, the smallest there is), where either every element can be read or
-// the first one faults as a plain load does; FFR stays as it was. Anything
+// Q registers V0.. of elements of 1 << from bytes widened, zero- or
+// sign-extended, to elements of 1 << to bytes: each register becomes two,
+// the last first, so that none is written before it is read.
+void widen(inline_code& c, unsigned registers, unsigned from, unsigned to, bool sign) {
+  for (; from < to; ++from, registers *= 2) {
+    const uint32_t extend = (sign ? 0x0f00a400 : 0x2f00a400) | (8u << from) << 16; // [su]xtl
+    for (unsigned i = registers; i-- > 0;) {
+      c.put(extend | 1u << 30 | i << 5 | (2 * i + 1)); // the high half: [su]xtl2
+      c.put(extend | i << 5 | 2 * i);
+    }
+  }
+}
+
+// ldff1 scalar plus scalar, elements as in memory or extended. Inline only
+// the common case: tracing off, every element active and what it reads
+// within one page (of 4 KiB, the smallest there is), where either every
+// element can be read or the first one faults as a plain load does; FFR
+// stays as it was. Anything
 // else (an element that may fault after the first, which clears FFR from
 // there on) takes the call path after the code. As for the other memory
 // forms, the record's pc is the word's before the access and nothing else of
@@ -473,6 +490,13 @@ bool emit_first_fault_load(simd_size size, uint32_t word, uint64_t pc, inline_co
   const unsigned zt = bits(word, 4, 0), xn = bits(word, 9, 5), pg = bits(word, 12, 10);
   const unsigned xm = bits(word, 20, 16);
   const unsigned elements = process_vector_bytes() >> size;
+  // By dtype (bits 24:21): the size in memory, and which forms sign-extend.
+  static constexpr uint8_t kMemorySize[16] = {0, 0, 0, 0, 2, 1, 1, 1, 1, 1, 2, 2, 0, 0, 0, 3};
+  constexpr uint16_t kSigned = 1 << 4 | 1 << 8 | 1 << 9 | 1 << 12 | 1 << 13 | 1 << 14;
+  const unsigned dtype = bits(word, 24, 21), msize = kMemorySize[dtype];
+  if (msize > unsigned(size)) return false;
+  // Whole Q registers, which may read past the elements, within the page.
+  const unsigned loads = ((elements << msize) + kChunkBytes - 1) / kChunkBytes;
 
   const unsigned to_call_if_tracing = c.put_branch(kBranchNonZero | kInlineTraceGate);
   count_active(c, size, 16, pg);
@@ -484,13 +508,14 @@ bool emit_first_fault_load(simd_size size, uint32_t word, uint64_t pc, inline_co
   load_x(c, 9, kInlineRecord, x_offset(xn));
   if (xm != 31) {
     load_x(c, 10, kInlineRecord, x_offset(xm));
-    c.put(add_shifted(9, 9, 10, size));
+    c.put(add_shifted(9, 9, 10, msize));
   }
-  c.put(0x91000000 | (process_vector_bytes() - 1) << 10 | 9 << 5 | 10); // add x10, x9, #bytes-1
-  c.put(0xca090140 | 10);                                               // eor x10, x10, x9
-  c.put(0xf274cd5f);                                                    // tst x10, #~0xfff
-  const unsigned to_call_if_two_pages = c.put_branch(0x54000001);       // b.ne
-  for (unsigned k = 0; k < vector_chunks(); ++k) load_q(c, k, 9, k * kChunkBytes);
+  c.put(0x91000000 | (loads * kChunkBytes - 1) << 10 | 9 << 5 | 10); // add x10, x9, #bytes-1
+  c.put(0xca090140 | 10);                                            // eor x10, x10, x9
+  c.put(0xf274cd5f);                                                 // tst x10, #~0xfff
+  const unsigned to_call_if_two_pages = c.put_branch(0x54000001);    // b.ne
+  for (unsigned k = 0; k < loads; ++k) load_q(c, k, 9, k * kChunkBytes);
+  widen(c, loads, msize, size, kSigned >> dtype & 1);
   for (unsigned k = 0; k < vector_chunks(); ++k) store_q(c, k, kInlineRecord, z_offset(zt, k));
   const unsigned to_end = c.put_branch(kBranch);
 

@@ -149,6 +149,33 @@ TEST_F(first_fault, PartialPredicateOrOpenTraceGateTakesTheCallPath) {
   EXPECT_EQ(s.z[1][7], pages[7]);
 }
 
+// ldff1sb {z1.h}, p2/z, [x3, x4] reads half a vector of bytes, which end
+// right at the page without access: loaded whole and sign-extended, though
+// the whole Q registers the inline code reads would reach into that page.
+TEST_F(first_fault, ExtendingLoadUpToThePageEnd) {
+  const unsigned elements = process_vector_bytes() / 2;
+  for (unsigned i = 0; i < elements; ++i) pages[page - elements + i] = uint8_t(0x70 + 9 * i);
+  s.regs[3] = reinterpret_cast<uint64_t>(pages);
+  s.regs[4] = page - elements;
+  inline_code c;
+  ASSERT_TRUE(translate_inline(0xa5c46861, 0x4000, &c));
+  run_inline_code(c, 0, false, &s);
+  for (unsigned i = 0; i < elements; ++i) {
+    int16_t v;
+    std::memcpy(&v, &s.z[1][2 * i], 2);
+    EXPECT_EQ(v, int8_t(0x70 + 9 * i)) << i;
+  }
+  for (unsigned i = 0; i < process_vector_bytes(); ++i) EXPECT_EQ(s.ffr[i], 1) << i;
+  // Further from the end the same load is inline.
+  s.raw_instr = 0;
+  s.regs[4] = page - 256;
+  run_inline_code(c, 0, false, &s);
+  EXPECT_EQ(s.raw_instr, 0u);
+  int16_t first;
+  std::memcpy(&first, &s.z[1][0], 2);
+  EXPECT_EQ(first, int8_t(pages[page - 256]));
+}
+
 // The forms that number predicate bytes in byte lanes are inline up to 1024
 // bits; the others at every length.
 TEST(predicate_lengths, ByteNumberedFormsStopAbove1024Bits) {
