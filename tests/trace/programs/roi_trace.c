@@ -1,9 +1,8 @@
 /* Contiguous SVE loads (plain and first-fault) and stores inside and
  * outside a region of interest, in two threads. Prints, one line per record
  * it expects in the trace, the fields as `zorvo-trace csv` shows them after
- * the sequence number. With the
- * argument "unmarked" it runs the same accesses without markers and expects
- * no trace at all. */
+ * the sequence number. With the argument "unmarked" it runs the same
+ * accesses without markers and expects no trace at all. */
 #include <stdint.h>
 #include <string.h>
 
