@@ -180,13 +180,8 @@ void test_chunk(inline_code& c, unsigned k, simd_size size, unsigned vg, unsigne
 // `tested` is the predicate whose bytes the result's first and last governed
 // elements are read from (the result, or ptest's Pn, which equals the AND at
 // those elements whenever any element is set).
-void finish_test(inline_code& c, simd_size size, unsigned tested) {
-  c.put(uminv_b(vFirst, vFirst));
-  c.put(umaxv_b(vLast, vLast));
-  c.put(umov_b0(11, vFirst));
-  c.put(umov_b0(12, vLast));
-  // The last active byte lies in the last element: its first byte.
-  if (size != B) c.put(0x12000000 | (32 - size) << 16 | (31 - size) << 10 | 12 << 5 | 12);
+// This part takes the first governed byte from W11 and the last from W12.
+void flags_from_bounds(inline_code& c, unsigned tested) {
   c.put(umov_d(9, vAny, 0));
   c.put(umov_d(10, vAny, 1));
   c.put(0xaa0a0120 | 10); // orr x10, x9, x10
@@ -203,6 +198,16 @@ void finish_test(inline_code& c, simd_size size, unsigned tested) {
   c.put(0x2a000000 | 9 << 16 | 2 << 10 | 11 << 5 | 11);  // orr w11, w11, w9, lsl #2
   c.put(0x53000000 | 3 << 16 | 2 << 10 | 11 << 5 | 11);  // lsl w11, w11, #29
   store_x(c, 11, kInlineRecord, offsetof(cpu_state, nzcv));
+}
+
+void finish_test(inline_code& c, simd_size size, unsigned tested) {
+  c.put(uminv_b(vFirst, vFirst));
+  c.put(umaxv_b(vLast, vLast));
+  c.put(umov_b0(11, vFirst));
+  c.put(umov_b0(12, vLast));
+  // The last active byte lies in the last element: its first byte.
+  if (size != B) c.put(0x12000000 | (32 - size) << 16 | (31 - size) << 10 | 12 << 5 | 12);
+  flags_from_bounds(c, tested);
 }
 
 void copy_predicate(inline_code& c, unsigned from, unsigned to) {
@@ -295,11 +300,8 @@ bool emit_compare_imm(simd_size size, uint32_t word, inline_code& c) {
     imm = bits(word, 20, 14);
     kind = bits(word, 13, 13) << 1 | bits(word, 4, 4);
   }
-  move_constant(c, 9, imm);
-  c.put(dup_v_from_x(size, 1, 9));
-  load_byte_numbers(c);
-  if (size != B) element_ones(c, size);
-  for (unsigned k = 0; k < vector_chunks(); ++k) {
+  // V0: 1 in each element of chunk k of Zn where the comparison holds.
+  const auto compare_chunk = [&](unsigned k) {
     load_q(c, 0, kInlineRecord, z_offset(zn, k));
     // lt and le are gt and ge with the operands swapped.
     const unsigned first = kind == 2 || kind == 3 ? 1 : 0, second = 1 - first;
@@ -312,6 +314,33 @@ bool emit_compare_imm(simd_size size, uint32_t word, inline_code& c) {
       c.put(or_equal ? cmhs_v(size, 0, first, second) : cmhi_v(size, 0, first, second));
     if (kind == 5) c.put(not_v(0, 0));
     c.put(lane_sign_to_one(size, 0, 0));
+  };
+  move_constant(c, 9, imm);
+  c.put(dup_v_from_x(size, 1, 9));
+  // Every element active, as in most loops: the result as it is, and the
+  // flags from its first and last element. Up to 512 bits, where both ways
+  // fit the code's room.
+  unsigned to_any_predicate = 0, to_end = 0;
+  const bool all_true_way = vector_chunks() <= 4;
+  if (all_true_way) {
+    count_active(c, size, 16, pg);
+    c.put(0xf100013f | (process_vector_bytes() >> size) << 10); // cmp x9, #elements
+    to_any_predicate = c.put_branch(0x54000001);                // b.ne
+    for (unsigned k = 0; k < vector_chunks(); ++k) {
+      compare_chunk(k);
+      store_q(c, 0, kInlineRecord, p_offset(pd, k));
+      c.put(k == 0 ? orr_v(vAny, 0, 0) : orr_v(vAny, vAny, 0));
+    }
+    move_constant(c, 11, 0);
+    move_constant(c, 12, process_vector_bytes() - (1u << size));
+    flags_from_bounds(c, pd);
+    to_end = c.put_branch(kBranch);
+    c.land(to_any_predicate);
+  }
+  load_byte_numbers(c);
+  if (size != B) element_ones(c, size);
+  for (unsigned k = 0; k < vector_chunks(); ++k) {
+    compare_chunk(k);
     load_q(c, 2, kInlineRecord, p_offset(pg, k));
     c.put(and_v(0, 0, 2));
     store_q(c, 0, kInlineRecord, p_offset(pd, k));
@@ -319,6 +348,7 @@ bool emit_compare_imm(simd_size size, uint32_t word, inline_code& c) {
     test_chunk(c, k, size, 2, 0, 3);
   }
   finish_test(c, size, pd);
+  if (all_true_way) c.land(to_end);
   return true;
 }
 
