@@ -16,7 +16,7 @@ enum pred_op : uint8_t {
   read_ffr_z,       // rdffr Pd, Pg/z
   read_ffr_flags,   // rdffrs Pd, Pg/z
   write_ffr,        // wrffr Pn
-  load_first_fault, // ldff1b/h/w/d Zt, Pg/z, [Xn, Xm, lsl #size], elements as in memory
+  load_first_fault, // ldff1[s]b/h/w/d Zt, Pg/z, [Xn, Xm, lsl #msize]
   compare_imm,      // cmp<cc> Pd, Pg/z, Zn, #imm, signed or unsigned
   test_p,           // ptest Pg, Pn.B
   true_p,           // ptrue Pd.T, pattern
@@ -175,12 +175,12 @@ void test_chunk(inline_code& c, unsigned k, simd_size size, unsigned vg, unsigne
   c.put(orr_v(vAny, vAny, vr));
 }
 
-// NZCV into the record from what test_chunk gathered: N the tested
-// predicate's first governed element, Z none set, C not its last, V clear.
-// `tested` is the predicate whose bytes the result's first and last governed
-// elements are read from (the result, or ptest's Pn, which equals the AND at
-// those elements whenever any element is set).
-// This part takes the first governed byte from W11 and the last from W12.
+// NZCV into the record from the first governed byte in W11, the last in W12
+// and V18 (any element set): N the tested predicate's first governed
+// element, Z none set, C not its last, V clear. `tested` is the predicate
+// whose bytes the result's first and last governed elements are read from
+// (the result, or ptest's Pn, which equals the AND at those elements
+// whenever any element is set).
 void flags_from_bounds(inline_code& c, unsigned tested) {
   c.put(umov_d(9, vAny, 0));
   c.put(umov_d(10, vAny, 1));
@@ -200,6 +200,7 @@ void flags_from_bounds(inline_code& c, unsigned tested) {
   store_x(c, 11, kInlineRecord, offsetof(cpu_state, nzcv));
 }
 
+// The same from what test_chunk gathered.
 void finish_test(inline_code& c, simd_size size, unsigned tested) {
   c.put(uminv_b(vFirst, vFirst));
   c.put(umaxv_b(vLast, vLast));
