@@ -1,5 +1,7 @@
 #include "inline_emit.h"
 
+#include <cstring>
+
 void inline_code::point(unsigned index, unsigned target) {
   if (index >= count) return;
   const uint32_t distance = target - index;
@@ -144,6 +146,71 @@ uint32_t fneg_v(bool is_double, unsigned vd, unsigned vn) {
 
 uint32_t dup_v_from_x(simd_size size, unsigned vd, unsigned xn) {
   return 0x4e000c00 | (1u << size) << 16 | xn << 5 | vd;
+}
+
+void call_decoder(inline_code& c, sve_decoder decoder, uint32_t word, uint64_t pc) {
+  c.put(kBlr | kInlineThinCall << 5);
+  uint32_t constants[kWordCallWords] = {};
+  const uint64_t decoder_address = reinterpret_cast<uint64_t>(decoder);
+  std::memcpy(&constants[0], &decoder_address, 8);
+  std::memcpy(&constants[2], &pc, 8);
+  constants[4] = word;
+  for (uint32_t w : constants) c.put(w);
+}
+
+uint32_t orn_v(unsigned vd, unsigned vn, unsigned vm) { return three_same(0x4ee01c00, vd, vn, vm); }
+uint32_t bic_v(unsigned vd, unsigned vn, unsigned vm) { return three_same(0x4e601c00, vd, vn, vm); }
+uint32_t umin_b(unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x6e206c00, vd, vn, vm);
+}
+uint32_t umax_b(unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x6e206400, vd, vn, vm);
+}
+uint32_t uminv_b(unsigned vd, unsigned vn) { return 0x6e31a800 | vn << 5 | vd; }
+uint32_t umaxv_b(unsigned vd, unsigned vn) { return 0x6e30a800 | vn << 5 | vd; }
+uint32_t uaddlv_b(unsigned vd, unsigned vn) { return 0x6e303800 | vn << 5 | vd; }
+uint32_t neg_v(simd_size size, unsigned vd, unsigned vn) {
+  return 0x6e20b800 | size << 22 | vn << 5 | vd;
+}
+uint32_t not_v(unsigned vd, unsigned vn) { return 0x6e205800 | vn << 5 | vd; }
+uint32_t cmhi_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x6e203400 | size << 22, vd, vn, vm);
+}
+uint32_t cmhs_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x6e203c00 | size << 22, vd, vn, vm);
+}
+uint32_t cmgt_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x4e203400 | size << 22, vd, vn, vm);
+}
+uint32_t cmge_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x4e203c00 | size << 22, vd, vn, vm);
+}
+uint32_t cmeq_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x6e208c00 | size << 22, vd, vn, vm);
+}
+uint32_t cmtst_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x4e208c00 | size << 22, vd, vn, vm);
+}
+uint32_t lane_sign_to_one(simd_size size, unsigned vd, unsigned vn) {
+  return 0x6f000400 | ((8u << size) + 1) << 16 | vn << 5 | vd; // ushr #bits-1
+}
+void lane_ones(inline_code& c, simd_size size, unsigned v) {
+  static constexpr uint32_t kMoviOne[] = {0x4f00e420, 0x4f008420, 0x4f000420};
+  if (size != D) {
+    c.put(kMoviOne[size] | v);
+    return;
+  }
+  move_constant(c, 9, 1);
+  c.put(dup_v_from_x(D, v, 9));
+}
+uint32_t movi_b(unsigned vd, uint8_t imm) {
+  return 0x4f00e400 | uint32_t(imm >> 5) << 16 | uint32_t(imm & 31) << 5 | vd;
+}
+uint32_t dup_b0(unsigned vd, unsigned vn) { return 0x4e010400 | vn << 5 | vd; }
+uint32_t umov_b0(unsigned wd, unsigned vn) { return 0x0e013c00 | vn << 5 | wd; }
+uint32_t umov_h0(unsigned wd, unsigned vn) { return 0x0e023c00 | vn << 5 | wd; }
+uint32_t load_byte_indexed(unsigned wt, unsigned xn, unsigned xm) {
+  return 0x38606800 | xm << 16 | xn << 5 | wt;
 }
 
 } // namespace a64

@@ -114,4 +114,42 @@ uint32_t fneg_v(bool is_double, unsigned vd, unsigned vn);
 // Every lane of Vd from the low bits of Xn.
 uint32_t dup_v_from_x(simd_size size, unsigned vd, unsigned xn);
 
+// The call path for a word from inside its inline code, as a run calls a thin
+// decoder: `blr` to the entry in X21, followed by the decoder, the word's
+// address and the word.
+void call_decoder(inline_code& c, sve_decoder decoder, uint32_t word, uint64_t pc);
+
+// Byte-lane Advanced SIMD operations for the predicate forms, whose record
+// bytes hold 0 or 1.
+uint32_t orn_v(unsigned vd, unsigned vn, unsigned vm); // Vn OR NOT Vm
+uint32_t bic_v(unsigned vd, unsigned vn, unsigned vm); // Vn AND NOT Vm
+uint32_t umin_b(unsigned vd, unsigned vn, unsigned vm);
+uint32_t umax_b(unsigned vd, unsigned vn, unsigned vm);
+uint32_t uminv_b(unsigned vd, unsigned vn); // the least byte into lane 0
+uint32_t umaxv_b(unsigned vd, unsigned vn);
+uint32_t uaddlv_b(unsigned vd, unsigned vn); // the sum of the bytes, as a halfword
+uint32_t neg_v(simd_size size, unsigned vd, unsigned vn);
+uint32_t not_v(unsigned vd, unsigned vn);
+// All-ones lanes where the comparison holds: Vn > Vm unsigned, Vn >= Vm
+// unsigned, signed, equal, and (Vn AND Vm) non-zero.
+uint32_t cmhi_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
+uint32_t cmhs_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
+uint32_t cmgt_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
+uint32_t cmge_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
+uint32_t cmeq_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
+uint32_t cmtst_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
+// Each lane shifted right, unsigned, by its width less one: all-ones lanes
+// become 1.
+uint32_t lane_sign_to_one(simd_size size, unsigned vd, unsigned vn);
+// Every lane of Vv set to 1 (X9 serves doublewords).
+void lane_ones(inline_code& c, simd_size size, unsigned v);
+// Every byte of Vd set to imm.
+uint32_t movi_b(unsigned vd, uint8_t imm);
+// Every byte of Vd from byte 0 of Vn; Wd from byte or halfword 0 of Vn.
+uint32_t dup_b0(unsigned vd, unsigned vn);
+uint32_t umov_b0(unsigned wd, unsigned vn);
+uint32_t umov_h0(unsigned wd, unsigned vn);
+// ldrb Wt, [Xn, Xm]
+uint32_t load_byte_indexed(unsigned wt, unsigned xn, unsigned xm);
+
 } // namespace a64

@@ -5,6 +5,7 @@
 
 #include "../decode/sve_utils.h"
 #include "../handlers/pattern_count.h"
+#include "inline_predicates.h"
 
 namespace {
 
@@ -213,6 +214,7 @@ inline_op op_of_form(int form) {
   if (!same_name(kForms[form].family, "roi_marker"))
     for (const inline_row& r : kInlineRows)
       if (name_matches(r.pattern, kForms[form].decoder)) op = uint8_t(r.op);
+  if (op == uint8_t(inline_op::none)) op = predicate_op_of(kForms[form].decoder);
   form_ops[form].store(op, std::memory_order_relaxed);
   return inline_op(op);
 }
@@ -296,18 +298,6 @@ unsigned branch_unless_all_true(inline_code& c, unsigned pg, simd_size size) {
   c.put(and_element_ones(size, 9, 9));
   c.put(eor_element_ones(size, 9, 9));
   return c.put_branch(kBranchNonZero | 9);
-}
-
-// The call path for the word, as a run calls a thin decoder: `blr` to the
-// entry, followed by the decoder, the word's address and the word.
-void call_decoder(inline_code& c, sve_decoder decoder, uint32_t word, uint64_t pc) {
-  c.put(kBlr | kInlineThinCall << 5);
-  uint32_t constants[kWordCallWords] = {};
-  const uint64_t decoder_address = reinterpret_cast<uint64_t>(decoder);
-  std::memcpy(&constants[0], &decoder_address, 8);
-  std::memcpy(&constants[2], &pc, 8);
-  constants[4] = word;
-  for (uint32_t w : constants) c.put(w);
 }
 
 // The application's FPSR on the host around floating-point code, and its
@@ -410,15 +400,6 @@ bool emit_fp(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_co
 // vectors and keeps its inactive elements with a mask: each element whose
 // first predicate byte has bit 0 set, found by testing every lane against a
 // lane of 1 (V4, set up once per word).
-void lane_ones(inline_code& c, simd_size size, unsigned v) {
-  static constexpr uint32_t kMoviOne[] = {0x4f00e420, 0x4f008420, 0x4f000420};
-  if (size != D) {
-    c.put(kMoviOne[size] | v);
-    return;
-  }
-  move_constant(c, 9, 1);
-  c.put(dup_v_from_x(D, v, 9));
-}
 uint32_t mask_of_active(simd_size size, unsigned v, unsigned ones) {
   return 0x4e208c00 | size << 22 | ones << 16 | v << 5 | v; // cmtst v, v, ones
 }
@@ -650,6 +631,7 @@ bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, i
 
 bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_code& c) {
   const simd_size size = simd_size(elem);
+  if (uint8_t(op) >= kPredicateOpFirst) return emit_predicate_op(uint8_t(op), elem, word, pc, c);
   const unsigned zd = field(word, 4, 0), zn = field(word, 9, 5), zm = field(word, 20, 16);
   switch (op) {
   case inline_op::add_zzz:
@@ -774,6 +756,7 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
 bool form_is_inline(int form) {
   if (form < 0 || form >= kFormCount) return false;
   const inline_op op = op_of_form(form);
+  if (uint8_t(op) >= kPredicateOpFirst) return predicate_op_at_this_length(uint8_t(op));
   // A byte lane counts the active elements of a while: up to 255 of them.
   const bool while_op = op == inline_op::while_lo || op == inline_op::while_lt;
   if (while_op && kForms[form].elem == ELEM_B && process_vector_bytes() > 255) return false;

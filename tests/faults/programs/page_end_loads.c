@@ -2,7 +2,10 @@
  * followed by one that cannot be read: plain, with a SIGSEGV handler of the
  * program's own, and with every signal blocked. Given the argument "fatal",
  * a plain SVE load of an unmapped address, which ends the process by
- * SIGSEGV; "fatal-handled" does the same after installing a handler. */
+ * SIGSEGV; "fatal-handled" does the same after installing a handler.
+ * "first-fault-fatal" and "first-fault-handled" do the same with a
+ * first-fault load whose first element lies on a page without access, which
+ * faults as a plain load does. */
 #include <arm_sve.h>
 #include <setjmp.h>
 #include <signal.h>
@@ -75,8 +78,8 @@ int main(int argc, char** argv) {
   char* end = map + page;
   for (size_t i = 0; i < page; ++i) map[i] = (char)('a' + i % 26);
 
-  if (argc > 1 && strncmp(argv[1], "fatal", 5) == 0) {
-    if (strcmp(argv[1], "fatal-handled") == 0) {
+  if (argc > 1 && (strncmp(argv[1], "fatal", 5) == 0 || strncmp(argv[1], "first-fault", 11) == 0)) {
+    if (strstr(argv[1], "-handled") != NULL) {
       struct sigaction sa;
       memset(&sa, 0, sizeof sa);
       sa.sa_handler = on_segv;
@@ -86,9 +89,17 @@ int main(int argc, char** argv) {
         return 3;
       }
     }
-    printf("plain load of an unmapped page\n");
-    fflush(stdout);
-    svuint8_t v = svld1_u8(svptrue_b8(), (const uint8_t*)end + 5);
+    svuint8_t v;
+    if (strncmp(argv[1], "fatal", 5) == 0) {
+      printf("plain load of an unmapped page\n");
+      fflush(stdout);
+      v = svld1_u8(svptrue_b8(), (const uint8_t*)end + 5);
+    } else {
+      printf("first-fault load of a page without access\n");
+      fflush(stdout);
+      svsetffr();
+      v = svldff1_u8(svptrue_b8(), (const uint8_t*)map + 2 * page + 5);
+    }
     printf("not reached: %u\n", (unsigned)svaddv_u8(svptrue_b8(), v));
     return 0;
   }

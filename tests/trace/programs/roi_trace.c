@@ -1,8 +1,8 @@
-/* Contiguous SVE loads and stores inside and outside a region of interest,
- * in two threads. Prints, one line per record it expects in the trace, the
- * fields as `zorvo-trace csv` shows them after the sequence number. With the
- * argument "unmarked" it runs the same accesses without markers and expects
- * no trace at all. */
+/* Contiguous SVE loads (plain and first-fault) and stores inside and
+ * outside a region of interest, in two threads. Prints, one line per record
+ * it expects in the trace, the fields as `zorvo-trace csv` shows them after
+ * the sequence number. With the argument "unmarked" it runs the same
+ * accesses without markers and expects no trace at all. */
 #include <stdint.h>
 #include <string.h>
 
@@ -40,6 +40,16 @@ static uintptr_t load_bytes(const uint8_t* src, const uint8_t* pred) {
   return pc;
 }
 
+/* A first-fault load records what it read, as a plain load does. */
+static uintptr_t first_fault_bytes(const uint8_t* src, const uint8_t* pred) {
+  uintptr_t pc;
+  __asm__ volatile("ldr p2, [%2]\n\tsetffr\n\tadr %0, 1f\n1:\tldff1b {z1.b}, p2/z, [%1, xzr]"
+                   : "=&r"(pc)
+                   : "r"(src), "r"(pred)
+                   : "memory", "v1", "p2");
+  return pc;
+}
+
 static uintptr_t store_doubles_from_words(uint64_t* dst, const uint8_t* pred) {
   uintptr_t pc;
   /* st1w with doubleword elements: 4 bytes of memory for each element. */
@@ -66,6 +76,8 @@ static void region(void) {
   }
   pc = load_bytes(bytes + 3, all_bytes);
   if (marked) expect("load", bytes + 3, 48, pc);
+  pc = first_fault_bytes(bytes + 5, all_bytes);
+  if (marked) expect("load", bytes + 5, 48, pc);
   pc = store_doubles_from_words(out_doubles, five_doubles);
   if (marked) expect("store", out_doubles, 20, pc);
   if (marked) ZORVO_ROI_STOP();
@@ -90,6 +102,7 @@ int main(int argc, char** argv) {
   set_bits(all_bytes, 1, 0, 48);
 
   load_words(words, all_words); /* before the region: not traced */
+  first_fault_bytes(bytes, all_bytes);
   region();
   load_words(words, all_words); /* after it: not traced */
   fflush(stdout);
