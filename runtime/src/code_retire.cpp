@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstdint>
 
+#include "code_patch.h"
 #include "fragments.h"
 #include "sites.h"
 
@@ -84,6 +85,7 @@ void note_translated(app_pc tag) {
 }
 
 void retire_code(app_pc start, app_pc end, bool still_mapped) {
+  mappings_changed();
   const auto s = reinterpret_cast<uintptr_t>(start), e = reinterpret_cast<uintptr_t>(end);
   if (s > highest_translated.load() || e <= lowest_translated.load()) return;
   locked held;
