@@ -51,13 +51,15 @@ def load_symbols(path):
 
 
 class Objects:
-    def __init__(self):
+    def __init__(self, copies=None):
         self.cache = {}
+        self.copies = copies or {}
 
     def symbol(self, path, offset):
         if path not in self.cache:
-            symbols = load_symbols(path)
-            self.cache[path] = (load_segments(path), [a for a, _ in symbols],
+            source = self.copies.get(path, path)
+            symbols = load_symbols(source)
+            self.cache[path] = (load_segments(source), [a for a, _ in symbols],
                                 [n for _, n in symbols])
         segments, addresses, names = self.cache[path]
         address = offset
@@ -90,8 +92,11 @@ def main():
     parser.add_argument("--by", choices=["symbol", "file"], default="symbol")
     parser.add_argument("--per", type=float, default=1.0,
                         help="divide every figure by this (e.g. the SVE words translated)")
+    parser.add_argument("--object", action="append", default=[], metavar="PATH=COPY",
+                        help="read PATH's symbols from COPY: a profile of an earlier build "
+                             "whose library has since been rebuilt at PATH")
     args = parser.parse_args()
-    objects = Objects()
+    objects = Objects(dict(o.split("=", 1) for o in args.object))
     counts = collections.Counter()
     for spec in args.counts:
         coef, _, path = spec.rpartition("*")
