@@ -1,4 +1,4 @@
-// Turning the block at an address into a fragment of the thread's cache.
+// Turning the block at an address into a fragment of the code cache.
 #pragma once
 
 #include "thread.h"
