@@ -336,15 +336,22 @@ def steady_per_sve(row, way="zorvo"):
     return (long[0] - short[0] - native) / sve
 
 
-def translation_per_word(row, startup):
+def translation_whole(row, startup):
     """What the whole run spent beyond start-up and beyond what the steady
-    state explains, per SVE word translated: building blocks, and the signal
-    by which each thread enters a block first."""
+    state explains: building blocks, the signal by which a thread meets a
+    block before its site is patched, and the first runs of code that runs
+    once (a kernel's initialisation)."""
     steady = steady_per_sve(row)
-    if steady is None or startup is None or not row.get("words") or not row.get("zorvo"):
+    if steady is None or startup is None or not row.get("zorvo"):
         return None
     total, sve = row["reference"]
-    return (row["zorvo"][0] - startup - (total - sve) - steady * sve) / row["words"]
+    return row["zorvo"][0] - startup - (total - sve) - steady * sve
+
+
+def translation_per_word(row, startup):
+    """translation_whole per SVE word translated."""
+    whole = translation_whole(row, startup)
+    return whole / row["words"] if whole is not None and row.get("words") else None
 
 
 def code_bytes_per_word(row):
@@ -415,9 +422,9 @@ def steady_table(figures):
     lines = [
         "| kernel | SVE instructions per repeat | zorvo per SVE, steady state "
         "| zorvo per SVE, whole run without start-up | QEMU-user per SVE, steady state "
-        "| zorvo / QEMU-user | translation per SVE word | code bytes per SVE word "
-        "| SVE words translated |",
-        "|---|---:|---:|---:|---:|---:|---:|---:|---:|",
+        "| zorvo / QEMU-user | translation per SVE word | translation in all "
+        "| code bytes per SVE word | SVE words translated | blocks built |",
+        "|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|---:|",
     ]
     for r in figures["rows"]:
         ref_short, ref_long = r.get("reference_short"), r.get("reference_long")
@@ -428,7 +435,9 @@ def steady_table(figures):
             fmt(per_sve(r, figures["startup"]), ",.1f"),
             fmt(steady_per_sve(r, "qemu_user"), ",.1f"), fmt(qemu_user_ratio(r), ".2f"),
             fmt(translation_per_word(r, figures["startup"]), ",.0f"),
-            fmt(code_bytes_per_word(r), ",.0f"), fmt(r.get("words"), ",")]))
+            fmt(translation_whole(r, figures["startup"]), ",.0f"),
+            fmt(code_bytes_per_word(r), ",.0f"), fmt(r.get("words"), ","),
+            fmt(r.get("blocks"), ",")]))
     return "\n".join(lines)
 
 
@@ -593,7 +602,8 @@ def main():
             "`qemu-aarch64 -cpu %s` with the counting plugin, the same differences. "
             "Translation per SVE word: the whole run (%s) less start-up, less the native "
             "instructions, less the steady-state cost of its SVE instructions, over the SVE "
-            "words in the fragments built (`--stats`); code bytes likewise."
+            "words in the fragments built (`--stats`), and in all; code bytes likewise. "
+            "Blocks built: for the whole process (`--stats`), whatever the number of threads."
             % (SHORT_REPEAT, LONG_REPEAT, REFERENCE_CPU, NO_SVE_CPU,
                "the kernel's own repeat count"), "",
             steady_table(figures), "", *mix_cost_text(figures["mix"]), "",

@@ -95,6 +95,10 @@ class Figures(unittest.TestCase):
         self.assertEqual(bench.translation_per_word(dict(row, words=10, zorvo=(12000, 0)), 1000),
                          420.0)
         self.assertIsNone(bench.translation_per_word(dict(row, words=None), 1000))
+        # In all it does not depend on how many words there were.
+        self.assertEqual(bench.translation_whole(dict(row, words=None, zorvo=(12000, 0)), 1000),
+                         4200.0)
+        self.assertIsNone(bench.translation_whole(dict(row, zorvo_long=None), 1000))
 
     def test_signals_after_warm_up_leave_out_one_per_block_built(self):
         self.assertEqual(bench.signals_after_warm_up(ROW), 0.2)

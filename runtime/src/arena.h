@@ -14,7 +14,8 @@ struct arena {
 
 // Zeroed memory that lives until the arena is reset or released.
 void* arena_alloc(arena* a, size_t size);
-// Frees everything but the first chunk, which is kept for the next use.
+// Frees everything but the first chunk, which is kept, cleared, for the next
+// use.
 void arena_reset(arena* a);
 void arena_release(arena* a);
 

@@ -17,6 +17,7 @@
 
 #include "app_hooks.h"
 
+#include "code_patch.h"
 #include "code_retire.h"
 #include "runtime.h"
 
@@ -162,6 +163,7 @@ unsigned la_version(unsigned version) { return version < LAV_CURRENT ? version :
 
 unsigned la_objopen(struct link_map* map, Lmid_t, uintptr_t* cookie) {
   start_runtime();
+  mappings_changed();
   if (program_map == nullptr) program_map = map;
   *cookie = reinterpret_cast<uintptr_t>(map);
   if (map->l_name != nullptr && is_interposer(map->l_name)) {

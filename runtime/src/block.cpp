@@ -1,11 +1,12 @@
 // Building a fragment: the block at a faulting address, the client's
-// rewriting, and the encoding into the thread's code cache.
+// rewriting, and the encoding into the code cache.
 #include "block.h"
 
 #include <cstdio>
 #include <cstring>
 
 #include "branch_entry.h"
+#include "code_retire.h"
 #include "emit.h"
 #include "fragments.h"
 #include "runtime.h"
@@ -149,7 +150,7 @@ byte* encode_fragment(rt_thread* t, app_pc tag, instrlist_t* bb, app_pc resume) 
   // branch or trap for each side branch.
   const size_t exit_size = (loop_condition < 0 ? 16 : 32) + 16 * size_t(sides.count);
   bool direct = false;
-  byte* code = reserve_code(t, size + exit_size, resume, &direct);
+  byte* code = reserve_code(size + exit_size, resume, &direct, retirements_every_thread_is_past());
   if (code == nullptr) return nullptr;
   if (loop_condition < 0)
     append_exit(dc, bb, resume, direct);
@@ -278,5 +279,30 @@ fragment* build_fragment(rt_thread* t, app_pc tag) {
       counters.words_translated += is_sve_word(application_word(pc));
   }
   arena_reset(&t->build_arena);
-  return add_fragment(t, tag, code);
+  fragment* f = add_fragment(tag, code);
+  if (f == nullptr) out_of_memory(tag);
+  return f;
+}
+
+byte* fragment_for(rt_thread* t, app_pc tag, bool may_build, bool link, bool* none) {
+  code_lock held;
+  seen_outside_fragments(t);
+  *none = false;
+  fragment* f = find_fragment(tag);
+  // Code mapped anew, or rewritten, at the same address.
+  if (f != nullptr && f->fingerprint != code_fingerprint(tag)) {
+    retire_fragment(f, next_retirement());
+    f = nullptr;
+  }
+  if (f == nullptr && !may_build) {
+    *none = true;
+    return nullptr;
+  }
+  if (f == nullptr) {
+    f = build_fragment(t, tag);
+    f->fingerprint = code_fingerprint(tag);
+  }
+  byte* const code = f->code;
+  if (code != nullptr && link) link_site(t, tag, code);
+  return code;
 }

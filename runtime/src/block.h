@@ -1,4 +1,4 @@
-// Turning the block at an address into a fragment of the thread's cache.
+// Turning the block at an address into a fragment of the code cache.
 #pragma once
 
 #include "thread.h"
@@ -19,7 +19,14 @@ bool is_conditional_branch_to(uint32_t word, app_pc at, app_pc target);
 // branch leaves by an exit of its own); or, when such words run up to a
 // conditional branch back to pc, all of them and that branch (a loop).
 int block_words(app_pc pc);
-// Builds, encodes and records the fragment for the block at tag. Its code is
-// null when the client kept the block's first word, whose signal is then the
-// application's own.
+// Builds, encodes and records the fragment for the block at tag, with the
+// code lock held. Its code is null when the client kept the block's first
+// word, whose signal is then the application's own.
 fragment* build_fragment(rt_thread* t, app_pc tag);
+// The code of the process's fragment for the block at tag, for thread t,
+// which is in the runtime's signal handler: found, or built by t when
+// may_build (another thread may just have built it), and with link its site
+// patched to lead there. Null when the block's first word is the
+// application's own; null with *none when there is no fragment and none may
+// be built.
+byte* fragment_for(rt_thread* t, app_pc tag, bool may_build, bool link, bool* none);

@@ -1,4 +1,4 @@
-// Reaching a thread's fragment by branch instead of by signal: the stub a
+// Reaching a block's fragment by branch instead of by signal: the stub a
 // patched site branches to, and the fragment's entry for arrivals from it.
 #pragma once
 
@@ -10,9 +10,10 @@ constexpr int kBranchEntryLength = 20;
 inline byte* branch_entry_of(byte* code) { return code - kBranchEntryLength; }
 void prepend_branch_entry(void* drcontext, instrlist_t* bb);
 
-// A stub: the lookup of the current thread's fragment for site number
-// `number`, then, for a thread without one, a copy of the site's original
-// word (which traps as the site did), then the site's address.
+// A stub: the current thread's block, and through it the fragment entry
+// for site number `number`, then, for a thread the runtime has not met or a
+// site with no entry, a copy of the site's original word (which traps as the
+// site did), then the site's address.
 constexpr int kStubSize = 80;
 constexpr int kStubTrapOffset = 64;
 constexpr int kStubSiteOffset = 72;

@@ -12,5 +12,8 @@ int open_code_page(app_pc at);
 // or the new one, never a mix; then the cache maintenance that makes the new
 // word the one fetched.
 void store_code_word(app_pc at, uint32_t word);
+// The process's mappings changed (an object opened or closed, a munmap or
+// mprotect): what open_code_page remembers of them is read again.
+void mappings_changed();
 // Puts back the protection open_code_page returned.
 void close_code_page(app_pc at, int protection);

@@ -2,70 +2,63 @@
 
 #include <pthread.h>
 #include <sched.h>
-#include <signal.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cstdint>
 
+#include "code_patch.h"
 #include "fragments.h"
 #include "sites.h"
 
 namespace {
 
-// The latest retirements; a thread that falls further behind retires all
-// its fragments and builds anew what it meets again.
-constexpr uint64_t kKeptRetirements = 64;
-
-struct code_range {
-  app_pc start, end;
-};
-
 std::atomic_flag lock = ATOMIC_FLAG_INIT;
 rt_thread* threads;
-code_range retired[kKeptRetirements];
-std::atomic<uint64_t> retirement_count;
+uint64_t retirement_count;
 std::atomic<uintptr_t> lowest_translated{UINTPTR_MAX};
 std::atomic<uintptr_t> highest_translated{0};
 
-// Signals stay blocked while the lock is held: the SIGILL handler of the
-// same thread takes it too. (The kernel's own call: the runtime's mask calls
-// never block SIGILL.)
-constexpr long kSigsetBytes = 8;
-
-struct locked {
-  sigset_t saved;
-  locked() {
-    sigset_t all;
-    sigfillset(&all);
-    syscall(SYS_rt_sigprocmask, SIG_SETMASK, &all, &saved, kSigsetBytes);
-    while (lock.test_and_set(std::memory_order_acquire)) sched_yield();
+// A child of fork has one thread, the one that forked, and no lock held.
+void only_this_thread_in_child() {
+  lock.clear();
+  threads = current_thread();
+  if (threads != nullptr) {
+    threads->next_thread = nullptr;
+    threads->retirements_seen = retirement_count;
   }
-  ~locked() {
-    lock.clear(std::memory_order_release);
-    syscall(SYS_rt_sigprocmask, SIG_SETMASK, &saved, nullptr, kSigsetBytes);
-  }
-};
-
-// Called with the lock held, so no thread leaves meanwhile.
-void clear_entries(uint32_t number) {
-  for (rt_thread* t = threads; t; t = t->next_thread)
-    if (t->block.site_entries != nullptr)
-      __atomic_store_n(&t->block.site_entries[number], nullptr, __ATOMIC_RELEASE);
 }
 
 } // namespace
 
+// Signals stay blocked while the lock is held: the SIGILL handler of the
+// same thread takes it too. (The kernel's own call: the runtime's mask calls
+// never block SIGILL.)
+code_lock::code_lock() {
+  sigset_t all;
+  sigfillset(&all);
+  syscall(SYS_rt_sigprocmask, SIG_SETMASK, &all, &saved_, 8);
+  while (lock.test_and_set(std::memory_order_acquire)) sched_yield();
+}
+
+code_lock::~code_lock() {
+  lock.clear(std::memory_order_release);
+  syscall(SYS_rt_sigprocmask, SIG_SETMASK, &saved_, nullptr, 8);
+}
+
 void register_thread(rt_thread* t) {
-  locked held;
-  t->retirements_seen = retirement_count.load(std::memory_order_relaxed);
+  static std::atomic<bool> fork_handler_installed{false};
+  if (!fork_handler_installed.exchange(true))
+    pthread_atfork(nullptr, nullptr, only_this_thread_in_child);
+  code_lock held;
+  t->retirements_seen = retirement_count;
   t->next_thread = threads;
   threads = t;
 }
 
 void unregister_thread(rt_thread* t) {
-  locked held;
+  code_lock held;
   for (rt_thread** link = &threads; *link; link = &(*link)->next_thread)
     if (*link == t) {
       *link = t->next_thread;
@@ -83,28 +76,29 @@ void note_translated(app_pc tag) {
   }
 }
 
-void retire_code(app_pc start, app_pc end, bool still_mapped) {
-  const auto s = reinterpret_cast<uintptr_t>(start), e = reinterpret_cast<uintptr_t>(end);
-  if (s > highest_translated.load() || e <= lowest_translated.load()) return;
-  locked held;
-  retire_sites_in(start, end, still_mapped, clear_entries);
-  const uint64_t n = retirement_count.load(std::memory_order_relaxed);
-  retired[n % kKeptRetirements] = {start, end};
-  retirement_count.store(n + 1, std::memory_order_release);
+void seen_outside_fragments(rt_thread* t) {
+  // A handler of the application's own may have interrupted a fragment.
+  if (t->interrupted_depth == 0) t->retirements_seen = retirement_count;
 }
 
-void apply_code_retirements(rt_thread* t) {
-  const uint64_t now = retirement_count.load(std::memory_order_acquire);
-  if (t->retirements_seen == now) return;
-  locked held;
-  const uint64_t last = retirement_count.load(std::memory_order_relaxed);
-  if (last - t->retirements_seen > kKeptRetirements) {
-    retire_fragments_in(t, nullptr, reinterpret_cast<app_pc>(UINTPTR_MAX));
-  } else {
-    for (uint64_t n = t->retirements_seen; n < last; ++n) {
-      const code_range& r = retired[n % kKeptRetirements];
-      retire_fragments_in(t, r.start, r.end);
-    }
-  }
-  t->retirements_seen = last;
+uint64_t next_retirement() { return ++retirement_count; }
+
+uint64_t retirements_every_thread_is_past() {
+  uint64_t oldest = retirement_count;
+  for (const rt_thread* t = threads; t; t = t->next_thread)
+    if (t->retirements_seen < oldest) oldest = t->retirements_seen;
+  return oldest;
+}
+
+void retire_code(app_pc start, app_pc end, bool still_mapped) {
+  mappings_changed();
+  const auto s = reinterpret_cast<uintptr_t>(start), e = reinterpret_cast<uintptr_t>(end);
+  if (s > highest_translated.load() || e <= lowest_translated.load()) return;
+  code_lock held;
+  const uint64_t retirement = next_retirement();
+  retire_sites_in(start, end, still_mapped, retirement);
+  retire_fragments_in(start, end, retirement);
+  // The caller is in the application's code (or the runtime's handler for
+  // it), not in a fragment.
+  if (rt_thread* t = current_thread()) seen_outside_fragments(t);
 }

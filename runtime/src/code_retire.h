@@ -1,19 +1,44 @@
-// Code that leaves the process (a library closed, a range unmapped) takes
-// its translations with it: its patched sites are forgotten at once, and
-// each thread drops its fragments of that code, and reuses their room, the
-// next time it enters the runtime.
+// The code lock, which serialises building and retiring fragments, and the
+// retirement of code that leaves the process (a library closed, a range
+// unmapped or made writable): its patched sites are forgotten and its
+// fragments are never found again at once; their rooms in the code cache
+// serve again once no thread can still be running in them.
 #pragma once
+
+#include <signal.h>
 
 #include "thread.h"
 
-// The thread joins or leaves the set whose site entries a retirement clears.
+// Held while fragments are looked up, built, linked or retired. The calling
+// thread's signals are blocked meanwhile: its SIGILL handler takes the lock
+// too.
+class code_lock {
+public:
+  code_lock();
+  ~code_lock();
+  code_lock(const code_lock&) = delete;
+  code_lock& operator=(const code_lock&) = delete;
+
+private:
+  sigset_t saved_;
+};
+
+// The thread joins or leaves the set whose progress decides when a retired
+// fragment's room may serve again.
 void register_thread(rt_thread* t);
 void unregister_thread(rt_thread* t);
 // A fragment was built for a block at tag: retirements of ranges that hold
 // no such block cost nothing.
 void note_translated(app_pc tag);
 // The code in [start, end) is gone, or, still_mapped, may change before it
-// runs again (its protection is changing).
+// runs again (its protection is changing). Called from outside fragments.
 void retire_code(app_pc start, app_pc end, bool still_mapped = false);
-// Retires the calling thread's fragments of code gone since it last asked.
-void apply_code_retirements(rt_thread* t);
+// With the lock held: t runs in no fragment now (it is in the runtime's
+// signal handler or a call it intercepted, with no application handler of
+// its own interrupting one).
+void seen_outside_fragments(rt_thread* t);
+// With the lock held: a new retirement's number, for retire_fragment.
+uint64_t next_retirement();
+// With the lock held: every thread has been seen outside the fragments
+// since this retirement.
+uint64_t retirements_every_thread_is_past();

@@ -17,8 +17,8 @@ namespace {
 
 instr_t* new_instr(void* drcontext) {
   bool on_heap = false;
+  // Both allocators hand out zeroed memory.
   auto* instr = static_cast<instr_t*>(ir_alloc(drcontext, sizeof(instr_t), &on_heap));
-  std::memset(instr, 0, sizeof *instr);
   if (on_heap) instr->flags = INSTR_ON_MALLOC_HEAP;
   return instr;
 }

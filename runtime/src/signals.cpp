@@ -47,7 +47,7 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
   if (info->si_code <= 0) return false;
   auto* pc = reinterpret_cast<byte*>(uc->uc_mcontext.pc);
   rt_thread* t = current_thread();
-  if (t != nullptr && in_code_cache(t, pc)) {
+  if (in_code_cache(pc)) {
     const app_pc target = exit_trap_target(pc);
     if (target == nullptr) return false;
     uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(target);
@@ -60,28 +60,19 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
     uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(site);
   }
   if (!is_sve_word(application_word(pc))) return false;
-  if (t != nullptr) apply_code_retirements(t);
-  fragment* f = t != nullptr ? find_fragment(t, pc) : nullptr;
-  // Code unmapped and mapped anew, or rewritten, at the same address.
-  if (f != nullptr && f->fingerprint != code_fingerprint(pc)) {
-    retire_fragment(t, f);
-    f = nullptr;
-  }
-  if (runtime_shut_down && f == nullptr) {
-    if (syscall(SYS_gettid) != exiting_thread) wait_for_process_exit();
-    return false;
-  }
-  if (t == nullptr && (t = attach_thread()) == nullptr) {
+  if (t == nullptr && !runtime_shut_down && (t = attach_thread()) == nullptr) {
     dr_fprintf(our_stderr, "zorvo: no memory for a new thread's runtime state\n");
     dr_abort();
   }
-  if (f == nullptr) {
-    f = build_fragment(t, pc);
-    f->fingerprint = code_fingerprint(pc);
+  bool none = t == nullptr;
+  byte* const code =
+      none ? nullptr : fragment_for(t, pc, !runtime_shut_down, !settings.entry_by_signal, &none);
+  if (none) {
+    if (syscall(SYS_gettid) != exiting_thread) wait_for_process_exit();
+    return false;
   }
-  if (f->code == nullptr) return false;
-  if (!settings.entry_by_signal) link_site(t, pc, f->code);
-  enter(t, uc, f->code);
+  if (code == nullptr) return false;
+  enter(t, uc, code);
   return true;
 }
 

@@ -9,11 +9,12 @@
 
 #include "branch_entry.h"
 #include "code_patch.h"
+#include "code_retire.h"
 #include "fragments.h"
 
 namespace {
 
-// Site numbers index every thread's entry table, which is reserved whole.
+// Site numbers index the entry table, which is reserved whole.
 constexpr uint32_t kMaxSites = 1 << 16;
 constexpr uint32_t kSiteSlots = 2 * kMaxSites; // the table stays half empty
 constexpr size_t kStubChunkSize = 256 * 1024;
@@ -41,9 +42,13 @@ const app_pc kGone = reinterpret_cast<app_pc>(uintptr_t{1});
 // and stub serve a later site, which spares both the stub area and the
 // threads' entry tables.
 site_slot* site_by_number[kMaxSites];
+// A thread may still be in a retired site's stub (it took the branch just
+// before the site went): number and stub serve again only once every thread
+// has been seen outside the fragments and stubs after the retirement.
 struct free_number {
   uint32_t number;
   byte* stub;
+  uint64_t retired_after;
 };
 free_number free_numbers[kMaxSites];
 uint32_t free_number_count;
@@ -52,6 +57,9 @@ std::atomic<int> stub_chunk_count;
 // Patching is serialised; it happens once per site.
 std::atomic_flag patch_lock = ATOMIC_FLAG_INIT;
 uint32_t site_count;
+// The fragment entry of each site by number, for the stubs: written with the
+// code lock held, read by stubs with none.
+std::atomic<byte**> site_entries;
 
 uint32_t slot_of(app_pc site) {
   const uint64_t h = (reinterpret_cast<uintptr_t>(site) >> 2) * 0x9e3779b97f4a7c15ull;
@@ -101,17 +109,21 @@ byte* reserve_stub(app_pc site) {
   return start;
 }
 
-// A retired site's number, with its stub when that is within reach of site;
-// false when none is free.
+// A retired site's number that no thread can be using, with its stub when
+// that is within reach of site; false when none is free.
 bool reuse_number(app_pc site, uint32_t* number, byte** stub) {
-  if (free_number_count == 0) return false;
-  uint32_t pick = free_number_count - 1;
-  for (uint32_t i = free_number_count; i-- > 0 && free_number_count - i <= 64;)
+  const uint64_t oldest_seen = retirements_every_thread_is_past();
+  uint32_t pick = free_number_count;
+  for (uint32_t i = free_number_count; i-- > 0 && free_number_count - i <= 64;) {
+    if (free_numbers[i].retired_after > oldest_seen) continue;
+    if (pick == free_number_count) pick = i;
     if (free_numbers[i].stub != nullptr &&
         within_branch_reach(free_numbers[i].stub, kStubSize, site)) {
       pick = i;
       break;
     }
+  }
+  if (pick == free_number_count) return false;
   *number = free_numbers[pick].number;
   *stub = free_numbers[pick].stub != nullptr &&
                   within_branch_reach(free_numbers[pick].stub, kStubSize, site)
@@ -197,29 +209,33 @@ app_pc site_of_stub(app_pc pc) {
   return nullptr;
 }
 
+byte** site_entry_table() {
+  byte** table = site_entries.load(std::memory_order_acquire);
+  if (table != nullptr) return table;
+  auto* made = static_cast<byte**>(map_pages(kMaxSites * sizeof(byte*)));
+  if (made == nullptr) return nullptr;
+  if (site_entries.compare_exchange_strong(table, made, std::memory_order_acq_rel)) return made;
+  unmap_pages(made, kMaxSites * sizeof(byte*)); // another thread's came first
+  return table;
+}
+
 bool link_site(rt_thread* t, app_pc site, byte* code) {
-  if (t->block.site_entries == nullptr) {
-    t->block.site_entries = static_cast<byte**>(map_pages(kMaxSites * sizeof(byte*)));
-    if (t->block.site_entries == nullptr) return false;
-  }
+  byte** entries = site_entry_table();
+  if (entries == nullptr) return false;
   const site_slot* slot = find_or_patch_site(t, site);
   // Code mapped anew where a patched site was keeps the old record, which
   // no longer applies; its blocks stay on the signal path.
   uint32_t in_memory;
   if (slot == nullptr || patched_site(site, &in_memory) != slot) return false;
-  t->block.site_entries[slot->number] = branch_entry_of(code);
+  __atomic_store_n(&entries[slot->number], branch_entry_of(code), __ATOMIC_RELEASE);
   return true;
 }
 
-void unlink_site(rt_thread* t, app_pc site) {
+void unlink_site(app_pc site) {
   const site_slot* slot = find_site(site);
-  if (slot != nullptr && t->block.site_entries != nullptr)
-    __atomic_store_n(&t->block.site_entries[slot->number], nullptr, __ATOMIC_RELEASE);
-}
-
-void release_site_entries(rt_thread* t) {
-  unmap_pages(t->block.site_entries, kMaxSites * sizeof(byte*));
-  t->block.site_entries = nullptr;
+  byte** entries = site_entries.load(std::memory_order_acquire);
+  if (slot != nullptr && entries != nullptr)
+    __atomic_store_n(&entries[slot->number], nullptr, __ATOMIC_RELEASE);
 }
 
 namespace {
@@ -239,8 +255,8 @@ void restore_word(const site_slot* slot, app_pc site) {
 
 } // namespace
 
-void retire_sites_in(app_pc start, app_pc end, bool still_mapped,
-                     void (*clear_entries)(uint32_t number)) {
+void retire_sites_in(app_pc start, app_pc end, bool still_mapped, uint64_t retired_after) {
+  byte** entries = site_entries.load(std::memory_order_acquire);
   while (patch_lock.test_and_set(std::memory_order_acquire)) sched_yield();
   for (uint32_t n = 0; n < site_count; ++n) {
     site_slot* slot = site_by_number[n];
@@ -250,8 +266,8 @@ void retire_sites_in(app_pc start, app_pc end, bool still_mapped,
     if (still_mapped) restore_word(slot, site);
     slot->site.store(kGone, std::memory_order_release);
     site_by_number[n] = nullptr;
-    clear_entries(n);
-    free_numbers[free_number_count++] = {n, slot->stub};
+    if (entries != nullptr) __atomic_store_n(&entries[n], nullptr, __ATOMIC_RELEASE);
+    free_numbers[free_number_count++] = {n, slot->stub, retired_after};
   }
   patch_lock.clear(std::memory_order_release);
 }

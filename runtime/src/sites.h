@@ -1,7 +1,7 @@
 // Patched sites: block starts whose first word the runtime has replaced by a
-// branch to a stub, so that a thread that has a fragment for the block
-// enters it without a signal. Fragments stay per thread: the stub picks the
-// current thread's.
+// branch to a stub, so that a thread enters the block's fragment without a
+// signal. The stub finds the fragment in the process's table of entries by
+// site number, which every thread block points to.
 #pragma once
 
 #include "thread.h"
@@ -12,20 +12,21 @@ uint32_t application_word(app_pc pc);
 // If pc is the trap word of a stub (reached by a thread that has no
 // fragment for the site yet), the site; null otherwise.
 app_pc site_of_stub(app_pc pc);
-// Makes the thread's fragment code for the block at site reachable by
-// branch: patches the site unless done before, and records code as the
-// thread's. False when the site cannot be patched: the signal keeps
-// bringing the thread to the fragment.
+// The table of fragment entries by site number, for the thread blocks; null
+// when no memory was left for it.
+byte** site_entry_table();
+// Makes the fragment code for the block at site reachable by branch:
+// patches the site unless done before, and records code as its entry. False
+// when the site cannot be patched: the signal keeps bringing threads to the
+// fragment. With the code lock held (t is the thread that patches).
 bool link_site(rt_thread* t, app_pc site, byte* code);
-// The thread's stub entry for site, if any, leads to no fragment any more.
-void unlink_site(rt_thread* t, app_pc site);
-void release_site_entries(rt_thread* t);
+// The stub entry for site, if any, leads to no fragment any more.
+void unlink_site(app_pc site);
 // The code in [start, end) is gone or about to change: its sites are
-// forgotten (where it stays mapped, each gets its own word back),
-// clear_entries drops every thread's entry for each one's number, and
-// numbers and stubs serve new sites. A thread still inside such a stub (it
-// branched from code being unmapped) is not waited for.
-void retire_sites_in(app_pc start, app_pc end, bool still_mapped,
-                     void (*clear_entries)(uint32_t number));
+// forgotten (where it stays mapped, each gets its own word back), their
+// entries cleared, and numbers and stubs serve new sites once every thread
+// is past retirement retired_after (a thread may have taken a site's branch
+// just before it went). With the code lock held.
+void retire_sites_in(app_pc start, app_pc end, bool still_mapped, uint64_t retired_after);
 // A child made by fork starts with the lock free.
 void site_patching_init();

@@ -61,6 +61,7 @@ rt_thread* attach_thread() {
   t->block.stack_top = reinterpret_cast<reg_t>(t->stack + t->stack_size);
   t->tid = static_cast<pid_t>(syscall(SYS_gettid));
   t->block.runtime_tp = reinterpret_cast<reg_t>(__builtin_thread_pointer());
+  t->block.site_entries = site_entry_table();
   current = t;
   register_thread(t);
   run_thread_init_events(t);
@@ -73,9 +74,6 @@ void detach_thread(rt_thread* t) {
   if (current == t) current = nullptr;
   counters.fragment_entries += t->block.branch_entries;
   unregister_thread(t);
-  release_site_entries(t);
-  release_fragments(t);
-  release_code_cache(t);
   arena_release(&t->build_arena);
   release_interrupted_states(t);
   for (byte* stack : t->nested_stacks)

@@ -17,8 +17,8 @@ struct thread_block {
   reg_t call_scratch; // X30 while a call changes stacks
   reg_t call_app_sp;  // the stack pointer a call returns to
   reg_t stack_top;    // top of the thread's runtime stack
-  // The thread's fragment for each patched site, by site number, as the
-  // site's stub looks it up; null until the thread has one.
+  // The fragment for each patched site, by site number, as the site's stub
+  // looks it up: the process's table, the same for every thread.
   byte** site_entries;
   reg_t branch_entries; // fragment entries by branch, counted by the fragments
   // In a statically linked program, whose C library owns TPIDR_EL0: the
@@ -38,7 +38,7 @@ constexpr int kBranchEntriesOffset = offsetof(thread_block, branch_entries);
 constexpr int kRuntimeTpOffset = offsetof(thread_block, runtime_tp);
 constexpr int kAppTpOffset = offsetof(thread_block, app_tp);
 
-// A block's translation: code in the thread's cache, or null when the block's
+// A block's translation: code in the code cache, or null when the block's
 // first instruction is one the client left alone, so that the signal at that
 // address is the application's own.
 struct fragment {
@@ -56,22 +56,17 @@ struct fragment_table {
   uint32_t retired;
 };
 
-struct code_chunk;
-struct free_room;
-
 constexpr int kMaxTlsFields = 64;
 
 struct rt_thread {
   thread_block block; // first: X28 and the drcontext are the same address
   void* tls_fields[kMaxTlsFields];
   arena build_arena; // the instructions of the block being built
-  fragment_table fragments;
-  code_chunk* chunks;
-  free_room* free_rooms; // of retired fragments, for new ones
-  // How many of the process's code retirements the thread has applied to
-  // its fragments.
+  // How many of the process's code retirements had happened when the thread
+  // was last seen outside every fragment: it can be in no fragment retired
+  // by then, so their rooms may serve again once every thread is past them.
   uint64_t retirements_seen;
-  rt_thread* next_thread; // all threads, for the site entries of closed code
+  rt_thread* next_thread; // all threads
   byte* stack;
   size_t stack_size;
   pid_t tid;

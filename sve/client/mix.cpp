@@ -5,6 +5,7 @@
 #include <cstring>
 #include <map>
 #include <mutex>
+#include <set>
 #include <unordered_map>
 #include <vector>
 
@@ -19,8 +20,10 @@ struct counted_site {
   const decode_row* form; // null for a word no row knows
 };
 
-// One thread's sites, in the order of their counters after its cpu_state.
-struct thread_sites {
+// The process's counted sites, in the order of their counters after every
+// thread's cpu_state: a fragment serves every thread, so an address has the
+// same counter in each.
+struct counted_sites {
   std::unordered_map<uint64_t, uint32_t> slot_of_pc;
   std::vector<counted_site> sites;
 };
@@ -29,7 +32,8 @@ struct mix_state {
   bool enabled = false;
   std::string out_path;
   std::mutex lock; // block builds, thread starts and ends, and the exit
-  std::unordered_map<cpu_state*, thread_sites> live;
+  counted_sites sites;
+  std::set<cpu_state*> live;
   std::map<std::pair<uint64_t, const decode_row*>, uint64_t> folded; // (pc, form) -> count
   unsigned threads = 0;
   uint64_t uncounted_sites = 0;
@@ -45,10 +49,11 @@ uint64_t* counters(cpu_state* state) {
 }
 
 // Adds a thread's counters to the process's and sets them back to zero.
-void fold(cpu_state* state, const thread_sites& sites) {
+void fold(cpu_state* state) {
   uint64_t* c = counters(state);
-  for (size_t i = 0; i < sites.sites.size(); ++i) {
-    if (c[i]) mix().folded[{sites.sites[i].pc, sites.sites[i].form}] += c[i];
+  const std::vector<counted_site>& sites = mix().sites.sites;
+  for (size_t i = 0; i < sites.size(); ++i) {
+    if (c[i]) mix().folded[{sites[i].pc, sites[i].form}] += c[i];
     c[i] = 0;
   }
 }
@@ -124,26 +129,24 @@ size_t mix_table_bytes() {
 void mix_thread_start(cpu_state* state) {
   if (!mix().enabled) return;
   std::lock_guard<std::mutex> hold(mix().lock);
-  mix().live[state];
+  mix().live.insert(state);
   ++mix().threads;
 }
 
 void mix_thread_end(cpu_state* state) {
   if (!mix().enabled) return;
   std::lock_guard<std::mutex> hold(mix().lock);
-  const auto it = mix().live.find(state);
-  if (it == mix().live.end()) return;
-  fold(state, it->second);
-  mix().live.erase(it);
+  if (mix().live.erase(state) == 0) return;
+  fold(state);
 }
 
 void mix_insert_count(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, uint32_t word,
-                      cpu_state* state, reg_id_t record, reg_id_t scratch_reg) {
+                      reg_id_t record, reg_id_t scratch_reg) {
   if (!mix().enabled) return;
   uint32_t slot;
   {
     std::lock_guard<std::mutex> hold(mix().lock);
-    thread_sites& sites = mix().live[state];
+    counted_sites& sites = mix().sites;
     const uint64_t key = reinterpret_cast<uint64_t>(pc);
     const auto found = sites.slot_of_pc.find(key);
     if (found != sites.slot_of_pc.end()) {
@@ -171,7 +174,7 @@ void mix_report() {
   if (!mix().enabled) return;
   std::lock_guard<std::mutex> hold(mix().lock);
   // Threads still running at exit count what they have counted so far.
-  for (auto& t : mix().live) fold(t.first, t.second);
+  for (cpu_state* t : mix().live) fold(t);
   const mix_summary summary = summarise();
   const std::string text = mix_text(summary);
   dr_write_file(STDERR, text.data(), text.size());

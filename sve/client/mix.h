@@ -3,7 +3,8 @@
 // by address.
 //
 // Counting: each thread's cpu_state is followed by a table of 64-bit
-// counters, one per instruction address the thread has rewritten. In front
+// counters, one per instruction address rewritten in the process (the same
+// index in every thread, since the code serves them all). In front
 // of each emulated instruction, where a register holds the thread's
 // cpu_state and another is free, three instructions add one to its counter
 // (ldr, add, str). With --mix off nothing is inserted and the table has no
@@ -32,10 +33,10 @@ void mix_thread_start(cpu_state* state);
 void mix_thread_end(cpu_state* state);
 
 // Inserts the count of the instruction at `pc` (whose word is `word`) before
-// `where`, for the thread that owns `state`, whose address the generated code
+// `where`, for the running thread, whose cpu_state address the generated code
 // holds in `record` there; `scratch` is free. Nothing when the mix is off.
 void mix_insert_count(void* drcontext, instrlist_t* bb, instr_t* where, app_pc pc, uint32_t word,
-                      cpu_state* state, reg_id_t record, reg_id_t scratch);
+                      reg_id_t record, reg_id_t scratch);
 
 // At exit: the table on standard error, and the --mix-out file.
 void mix_report();

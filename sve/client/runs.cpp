@@ -63,15 +63,28 @@ void insert_words(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, const ui
   insert(bb, where, pc, raw);
 }
 
+// Where the running thread's gate lies from its thread pointer: the same
+// for every thread (static TLS), so that one fragment serves them all.
+uint32_t trace_gate_tls_offset() {
+  const uintptr_t offset = reinterpret_cast<uintptr_t>(&enable_trace) -
+                           reinterpret_cast<uintptr_t>(__builtin_thread_pointer());
+  // Static TLS lies just past the thread pointer; two 12-bit fields reach it.
+  DR_ASSERT_MSG(offset < (uintptr_t{1} << 24), "the trace gate is out of reach");
+  return uint32_t(offset);
+}
+
 // X22 gets the thread's trace gate, which inline memory code tests: a run
 // reads it as it opens and again after a word that may be a marker, the only
-// words that change it. Fragments are the thread's own, and so is the gate's
-// address.
+// words that change it. Inside a run the thread pointer is the runtime's.
 void load_trace_gate(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
-  inline_code code;
-  a64::move_constant(code, kInlineTraceGate, reinterpret_cast<uint64_t>(&enable_trace));
-  code.put(0x39400000 | kInlineTraceGate << 5 | kInlineTraceGate); // ldrb w22, [x22]
-  insert_words(dc, bb, where, pc, code.words, code.count);
+  static const uint32_t offset = trace_gate_tls_offset();
+  constexpr uint32_t gate = kInlineTraceGate;
+  const uint32_t words[] = {
+      0xd53bd040 | gate,                                      // mrs x22, tpidr_el0
+      0x91400000 | (offset >> 12) << 10 | gate << 5 | gate,   // add x22, x22, #hi, lsl #12
+      0x39400000 | (offset & 0xfff) << 10 | gate << 5 | gate, // ldrb w22, [x22, #lo]
+  };
+  insert_words(dc, bb, where, pc, words, 3);
 }
 
 bool may_be_marker(uint32_t word) {
@@ -124,9 +137,7 @@ bool insert_inline(void* dc, instrlist_t* bb, instr_t* instr) {
       !translate_inline(word_of(instr), reinterpret_cast<uint64_t>(pc), &code))
     return false;
   mark_emulation_start(dc, bb, instr, pc);
-  mix_insert_count(dc, bb, instr, pc, word_of(instr),
-                   static_cast<cpu_state*>(drmgr_get_tls_field(dc, tls_idx)), DR_REG_X19,
-                   DR_REG_X12);
+  mix_insert_count(dc, bb, instr, pc, word_of(instr), DR_REG_X19, DR_REG_X12);
   insert_words(dc, bb, instr, pc, code.words, code.count);
   drmgr_insert_emulation_end(dc, bb, instr);
   words_inline.fetch_add(1, std::memory_order_relaxed);
@@ -146,9 +157,7 @@ void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder
   // The decoder is the row's own: find_decoder asked the same lookup.
   const bool thin = form >= 0 && form_is_thin(form);
   // Between calls nothing but X19 to X21 is live, so X12 is free.
-  mix_insert_count(dc, bb, instr, pc, word_of(instr),
-                   static_cast<cpu_state*>(drmgr_get_tls_field(dc, tls_idx)), DR_REG_X19,
-                   DR_REG_X12);
+  mix_insert_count(dc, bb, instr, pc, word_of(instr), DR_REG_X19, DR_REG_X12);
   insert(bb, instr, pc, INSTR_CREATE_blr(dc, x(thin ? 21 : 20)));
   const word_call constants = {decoder, pc, word_of(instr), 0};
   instr_t* data = instr_create(dc);

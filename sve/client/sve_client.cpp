@@ -104,7 +104,6 @@ void replace_instruction(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder 
   uint32_t word;
   std::memcpy(&word, instr_get_raw_bits(instr), sizeof word);
   DR_ASSERT(dr_get_stolen_reg() == DR_REG_X28);
-  const auto state = reinterpret_cast<ptr_int_t>(drmgr_get_tls_field(dc, tls_idx));
 
   mark_emulation_start(dc, bb, instr, pc);
 
@@ -112,14 +111,15 @@ void replace_instruction(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder 
   dr_save_reg(dc, bb, instr, DR_REG_X27, SPILL_SLOT_2);
   dr_insert_get_stolen_reg_value(dc, bb, instr, DR_REG_X27);
   dr_save_reg(dc, bb, instr, DR_REG_X27, SPILL_SLOT_3);
-  instrlist_insert_mov_immed_ptrsz(dc, state, x(27), bb, instr, NULL, NULL);
-  mix_insert_count(dc, bb, instr, pc, word, reinterpret_cast<cpu_state*>(state), DR_REG_X27,
-                   DR_REG_X26);
+  // The record is the running thread's, read through X28: the code serves
+  // every thread.
+  drmgr_insert_read_tls_field(dc, tls_idx, bb, instr, DR_REG_X27);
+  mix_insert_count(dc, bb, instr, pc, word, DR_REG_X27, DR_REG_X26);
   store_registers(dc, bb, instr, pc);
   dr_insert_call_zorvo(dc, bb, instr, pc, reinterpret_cast<void*>(emulate_instruction), 3,
                        OPND_CREATE_INT32(word), OPND_CREATE_INTPTR(pc),
                        OPND_CREATE_INTPTR(decoder));
-  instrlist_insert_mov_immed_ptrsz(dc, state, x(27), bb, instr, NULL, NULL);
+  drmgr_insert_read_tls_field(dc, tls_idx, bb, instr, DR_REG_X27);
   load_registers(dc, bb, instr, pc);
   dr_restore_reg(dc, bb, instr, DR_REG_X27, SPILL_SLOT_3);
   dr_insert_set_stolen_reg_value(dc, bb, instr, DR_REG_X27);
@@ -142,9 +142,8 @@ void shadow_fpcr_write(void* dc, instrlist_t* bb, instr_t* instr) {
   const app_pc pc = instr_get_app_pc(instr);
   const reg_id_t src = opnd_get_reg(instr_get_src(instr, 0));
   const reg_id_t scratch = src == DR_REG_X21 ? DR_REG_X22 : DR_REG_X21;
-  const auto state = reinterpret_cast<ptr_int_t>(drmgr_get_tls_field(dc, tls_idx));
   dr_save_reg(dc, bb, instr, scratch, SPILL_SLOT_3);
-  instrlist_insert_mov_immed_ptrsz(dc, state, reg(scratch), bb, instr, NULL, NULL);
+  drmgr_insert_read_tls_field(dc, tls_idx, bb, instr, scratch);
   insert(bb, instr, pc,
          INSTR_CREATE_str(dc, field(scratch, offsetof(cpu_state, fpcr), OPSZ_4),
                           reg(reg_64_to_32(src))));

@@ -1,5 +1,6 @@
 #include "sve_utils.h"
 
+#include <atomic>
 #include <map>
 
 #include "decode_maps.inc"
@@ -63,12 +64,34 @@ const sve_decoder* thin_decoders_now() {
 
 aarch64_decode_rc sve_prefetch_nop(cpu_state*, uint32_t) { return AARCH64_DECODE_OK; }
 
-int find_form(uint32_t word) {
+namespace {
+
+int search_maps(uint32_t word) {
   for (int m = 0; m < kDecodeMapCount; ++m) {
     const auto it = maps[m].find(form_key(word, kMaps[m].layout));
     if (it != maps[m].end()) return it->second;
   }
   return -1;
+}
+
+// Searching every map costs thousands of instructions, and building a block
+// asks about each word several times (decoder, inline form, thin decoder,
+// mix); words recur across blocks and threads. Each entry is one atomic
+// value (a mark, the form + 1 and the word), so threads need no lock.
+constexpr unsigned kFormCacheBits = 12;
+std::atomic<uint64_t> form_cache[1u << kFormCacheBits];
+constexpr uint64_t kCachedMark = uint64_t{1} << 63;
+
+} // namespace
+
+int find_form(uint32_t word) {
+  std::atomic<uint64_t>& entry = form_cache[(word * 0x9e3779b1u) >> (32 - kFormCacheBits)];
+  const uint64_t cached = entry.load(std::memory_order_relaxed);
+  if ((cached & kCachedMark) && uint32_t(cached) == word)
+    return int(uint32_t(cached >> 32) & 0x7fffffffu) - 1;
+  const int form = search_maps(word);
+  entry.store(kCachedMark | uint64_t(uint32_t(form + 1)) << 32 | word, std::memory_order_relaxed);
+  return form;
 }
 
 sve_decoder get_sve_handler(uint32_t word) {

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "block.h"
+#include "branch_entry.h"
+#include "code_retire.h"
 #include "code_words.h"
 #include "emit.h"
 #include "fragments.h"
@@ -103,8 +105,8 @@ TEST_F(CoreTest, FragmentWrapsTheClientsCodeAndBranchesBehindTheBlock) {
   for (size_t i = 0; i < sizeof expected / 4; ++i)
     EXPECT_EQ(word_at(c + 4 * i), expected[i]) << "word " << i;
   EXPECT_EQ(branch_target(c + sizeof expected), tag + 12);
-  EXPECT_TRUE(in_code_cache(t, f->code));
-  EXPECT_EQ(find_fragment(t, tag), f);
+  EXPECT_TRUE(in_code_cache(f->code));
+  EXPECT_EQ(find_fragment(tag), f);
 }
 
 // A loop the client leaves as it is: the exit carries out its branch.
@@ -142,7 +144,7 @@ TEST_F(CoreTest, ABlockWhoseFirstWordIsKeptIsTheApplicationsSignal) {
   ASSERT_NE(f, nullptr);
   EXPECT_EQ(f->code, nullptr);
   EXPECT_EQ(counters.fragments, fragments_before);
-  EXPECT_EQ(find_fragment(t, tag), f);
+  EXPECT_EQ(find_fragment(tag), f);
 }
 
 TEST_F(CoreTest, BlocksStopAtOrdinaryWordsPageEndsAndTheirLimit) {
@@ -274,13 +276,13 @@ TEST_F(CoreTest, CodeIsReservedWithinBranchReachOfItsTarget) {
   const auto target = reinterpret_cast<app_pc>(&word_at);
   for (int i = 0; i < 40; ++i) {
     bool near = false;
-    byte* code = reserve_code(t, 64 * 1024, target, &near);
+    byte* code = reserve_code(64 * 1024, target, &near, 0);
     ASSERT_NE(code, nullptr);
     EXPECT_TRUE(near);
     EXPECT_LT(std::abs(code - target), ptrdiff_t(1) << 27);
-    EXPECT_TRUE(in_code_cache(t, code));
+    EXPECT_TRUE(in_code_cache(code));
   }
-  EXPECT_FALSE(in_code_cache(t, target));
+  EXPECT_FALSE(in_code_cache(target));
 }
 
 TEST_F(CoreTest, AFarFragmentEndsInATrapThatNamesItsTarget) {
@@ -298,18 +300,54 @@ TEST_F(CoreTest, AFarFragmentEndsInATrapThatNamesItsTarget) {
 }
 
 TEST_F(CoreTest, FragmentTableFindsEveryTagAfterGrowing) {
-  rt_thread* fresh = static_cast<rt_thread*>(map_pages(sizeof(rt_thread)));
-  for (uintptr_t i = 1; i <= 5000; ++i)
-    ASSERT_NE(add_fragment(fresh, reinterpret_cast<app_pc>(i * 4), reinterpret_cast<byte*>(i)),
-              nullptr);
+  // Tags no other test uses, without code, so that they retire cleanly.
+  const uintptr_t base = uintptr_t{0x7a0000000000};
   for (uintptr_t i = 1; i <= 5000; ++i) {
-    fragment* f = find_fragment(fresh, reinterpret_cast<app_pc>(i * 4));
+    fragment* f = add_fragment(reinterpret_cast<app_pc>(base + i * 4), nullptr);
     ASSERT_NE(f, nullptr);
-    EXPECT_EQ(f->code, reinterpret_cast<byte*>(i));
+    f->fingerprint = i;
   }
-  EXPECT_EQ(find_fragment(fresh, reinterpret_cast<app_pc>(uintptr_t{8} * 5001)), nullptr);
-  release_fragments(fresh);
-  unmap_pages(fresh, sizeof(rt_thread));
+  for (uintptr_t i = 1; i <= 5000; ++i) {
+    fragment* f = find_fragment(reinterpret_cast<app_pc>(base + i * 4));
+    ASSERT_NE(f, nullptr);
+    EXPECT_EQ(f->fingerprint, i);
+  }
+  EXPECT_EQ(find_fragment(reinterpret_cast<app_pc>(base + 8 * 5001)), nullptr);
+  retire_fragments_in(reinterpret_cast<app_pc>(base), reinterpret_cast<app_pc>(base + 4 * 5001),
+                      next_retirement());
+  EXPECT_EQ(find_fragment(reinterpret_cast<app_pc>(base + 4 * 17)), nullptr);
+}
+
+// A retired fragment may still be running in another thread: its room
+// serves again only once every thread has been seen outside the fragments
+// after the retirement.
+TEST_F(CoreTest, ARetiredRoomServesAgainOnlyOnceEveryThreadIsPastIt) {
+  static uint32_t app[] = {kSveAdd, kSveSub};
+  const auto tag = reinterpret_cast<app_pc>(app);
+  with_fake_client client(2);
+  fragment* f = build_fragment(t, tag);
+  ASSERT_NE(f->code, nullptr);
+  byte* const room = f->code - kBranchEntryLength;
+  seen_outside_fragments(t);
+  const uint64_t before = retirements_every_thread_is_past();
+  const uint64_t retirement = next_retirement();
+  retire_fragments_in(tag, tag + 4, retirement);
+  EXPECT_EQ(find_fragment(tag), nullptr);
+  EXPECT_GT(retired_bytes_waiting(), 0u);
+  // This thread was last seen before the retirement.
+  EXPECT_EQ(retirements_every_thread_is_past(), before);
+  bool near = false;
+  EXPECT_NE(reserve_code(16, tag, &near, retirements_every_thread_is_past()), room);
+  // Inside an application's handler the thread may have interrupted a
+  // fragment: it does not count as outside.
+  ++t->interrupted_depth;
+  seen_outside_fragments(t);
+  --t->interrupted_depth;
+  EXPECT_EQ(retirements_every_thread_is_past(), before);
+  seen_outside_fragments(t);
+  EXPECT_EQ(retirements_every_thread_is_past(), retirement);
+  EXPECT_EQ(reserve_code(16, tag, &near, retirements_every_thread_is_past()), room);
+  EXPECT_EQ(retired_bytes_waiting(), 0u);
 }
 
 std::vector<int> order;

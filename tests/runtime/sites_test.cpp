@@ -18,6 +18,7 @@
 #include "code_retire.h"
 #include "code_words.h"
 #include "fragments.h"
+#include "runtime.h"
 #include "sites.h"
 #include "thread.h"
 
@@ -144,9 +145,10 @@ TEST_F(SitesTest, APatchedSiteTakesTheThreadToItsFragmentByBranch) {
   EXPECT_EQ(m.sp, sp_before);
   EXPECT_EQ(t->block.branch_entries, entries + 1);
 
-  // A second thread's block at the site is built from the application's
-  // words, not from the branch.
+  // The block at the site is read from the application's words, not from
+  // the branch, when it is built again (the code was rewritten).
   words_seen.clear();
+  retire_fragment(f, next_retirement());
   build_fragment(t, app.page);
   EXPECT_EQ(words_seen, (std::vector<uint32_t>{kSveAdd, kSveSub}));
 }
@@ -170,7 +172,8 @@ void on_trap(int, siginfo_t*, void* context) {
   uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(trapped.site + 8);
 }
 
-// Runs the site on a new thread, prepared by `prepare`, that has no fragment
+// Runs the site on a new thread, prepared by `prepare` (which returns the
+// runtime's record of the thread, if it made one), that finds no fragment
 // for it: the thread must trap in the stub with the registers it had at the
 // site.
 template <typename F> void expect_trap_in_stub(app_code& app, F prepare) {
@@ -182,8 +185,9 @@ template <typename F> void expect_trap_in_stub(app_code& app, F prepare) {
   machine m;
   uint64_t sp_before = 0;
   std::thread other([&] {
-    prepare();
+    rt_thread* made = prepare();
     m = run(app.page, &sp_before);
+    if (made != nullptr) detach_thread(made);
   });
   other.join();
   sigaction(SIGILL, &old, nullptr);
@@ -198,46 +202,48 @@ template <typename F> void expect_trap_in_stub(app_code& app, F prepare) {
   EXPECT_EQ(m.sp, sp_before);
 }
 
-TEST_F(SitesTest, AThreadWithoutAFragmentTrapsInTheStubWithTheSitesRegisters) {
+TEST_F(SitesTest, AThreadThatFindsNoFragmentTrapsInTheStubWithTheSitesRegisters) {
   app_code app, elsewhere;
   fragment* f = build_fragment(t, app.page);
   ASSERT_TRUE(link_site(t, app.page, f->code));
   // A thread the runtime has never met,
-  expect_trap_in_stub(app, [] {});
-  // one it has met that has no fragment anywhere,
-  expect_trap_in_stub(app, [] { attach_thread(); });
-  // and one that has fragments, but not for this site.
+  expect_trap_in_stub(app, []() -> rt_thread* { return nullptr; });
+  // and, once the site leads to no fragment, one it has met, with or
+  // without fragments elsewhere.
+  unlink_site(app.page);
+  expect_trap_in_stub(app, [] { return attach_thread(); });
   expect_trap_in_stub(app, [&] {
     rt_thread* other = attach_thread();
     link_site(other, elsewhere.page, build_fragment(other, elsewhere.page)->code);
+    return other;
   });
 }
 
-TEST_F(SitesTest, EachThreadEntersItsOwnFragment) {
+// One thread builds the block's fragment; another enters it by the site's
+// branch without building anything, with its own thread block in X28 and
+// its own entry count.
+TEST_F(SitesTest, EveryThreadEntersTheFragmentOneOfThemBuilt) {
   app_code app;
-  fragment* mine = build_fragment(t, app.page);
-  ASSERT_TRUE(link_site(t, app.page, mine->code));
+  fragment* built = build_fragment(t, app.page);
+  ASSERT_TRUE(link_site(t, app.page, built->code));
   const uint64_t my_entries = t->block.branch_entries;
-  byte* other_code = nullptr;
+  const uint64_t blocks_built = counters.blocks_built;
   uint64_t other_entries = 0, sp_before;
   machine m;
   std::thread other([&] {
     rt_thread* other_thread = attach_thread();
-    x9_step = 10;
-    other_code = build_fragment(other_thread, app.page)->code;
-    x9_step = 1;
-    link_site(other_thread, app.page, other_code);
     m = run(app.page, &sp_before);
     other_entries = other_thread->block.branch_entries;
+    detach_thread(other_thread);
   });
   other.join();
-  EXPECT_NE(other_code, mine->code);
-  EXPECT_EQ(m.x9, 25u); // the other thread's fragment adds 10 a word
-
+  EXPECT_EQ(m.x9, 7u); // the fragment adds 1 a word
   EXPECT_EQ(m.x28, 0x2828u);
   EXPECT_EQ(other_entries, 1u);
+  EXPECT_EQ(counters.blocks_built, blocks_built);
   EXPECT_EQ(t->block.branch_entries, my_entries);
   EXPECT_EQ(run(app.page, &sp_before).x9, 7u);
+  EXPECT_EQ(t->block.branch_entries, my_entries + 1);
 }
 
 TEST_F(SitesTest, CodeMappedAnewAtAPatchedSiteIsReadAsItIsAndNotLinked) {
@@ -282,8 +288,7 @@ TEST_F(SitesTest, RetiredCodeGivesItsSiteStubAndRoomToCodeMappedAnew) {
   byte* const room = f->code;
   for (int round = 1; round <= 100; ++round) {
     retire_code(first.page, first.page + 4096);
-    apply_code_retirements(t);
-    EXPECT_EQ(find_fragment(t, first.page), nullptr);
+    EXPECT_EQ(find_fragment(first.page), nullptr);
     x9_step = round % 2 ? 2 : 1;
     app_code anew(round % 2 ? kSveAddVectors : kSveAdd, first.page);
     fragment* g = build_fragment(t, anew.page);
@@ -296,9 +301,9 @@ TEST_F(SitesTest, RetiredCodeGivesItsSiteStubAndRoomToCodeMappedAnew) {
   x9_step = 1;
 }
 
-// Another thread's entry for a retired site is cleared at once, before that
-// thread enters the runtime again: a branch that still reaches the stub
-// traps instead of running the fragment of code that is gone.
+// The entry for a retired site is cleared at once, before any other thread
+// enters the runtime again: a branch that still reaches the stub traps
+// instead of running the fragment of code that is gone.
 TEST_F(SitesTest, RetiringCodeClearsEveryThreadsEntryForItsSites) {
   app_code app;
   struct sigaction action = {}, old;
@@ -332,8 +337,7 @@ TEST_F(SitesTest, RetiringOtherCodeKeepsTheFragment) {
   app_code app, other;
   ASSERT_TRUE(link_site(t, app.page, build_fragment(t, app.page)->code));
   retire_code(other.page, other.page + 4096);
-  apply_code_retirements(t);
-  ASSERT_NE(find_fragment(t, app.page), nullptr);
+  ASSERT_NE(find_fragment(app.page), nullptr);
   uint64_t sp_before;
   EXPECT_EQ(run(app.page, &sp_before).x9, 7u);
 }

@@ -1,6 +1,6 @@
 // One SVE loop, run by the main thread until its code is patched, then by a
-// thread that starts afterwards and must build its own fragment at the
-// patched site, then by the main thread again.
+// thread that starts afterwards and enters the fragment the main thread
+// built, by the patched site's branch, then by the main thread again.
 #include <inttypes.h>
 #include <pthread.h>
 #include <stdint.h>
@@ -15,7 +15,8 @@ struct work {
   uint64_t x28;
 };
 
-static void run(struct work* w) {
+// One copy of the loop, at one address, for both threads.
+__attribute__((noinline)) static void run(struct work* w) {
   uint64_t x28 = w->x28;
   __asm__ volatile("mov x28, %[x28]\n\t" SVE_LOOP_ON_Z0_Z1 "mov %[x28], x28"
                    : [x28] "+r"(x28)
