@@ -1,66 +1,15 @@
 #include "inline_forms.h"
 
 #include <atomic>
-#include <cstring>
 
 #include "../decode/sve_utils.h"
 #include "../handlers/pattern_count.h"
+#include "inline_memory.h"
+#include "inline_parts.h"
 
 namespace {
 
 using namespace a64;
-
-enum class inline_op : uint8_t {
-  none,
-  add_zzz,
-  sub_zzz,
-  and_zzz,
-  orr_zzz,
-  eor_zzz,
-  add_zi,
-  sub_zi,
-  dup_zi,
-  dup_zr,
-  count_x,
-  increment_x,
-  decrement_x,
-  increment_z,
-  decrement_z,
-  load_imm, // ld1 Zt, Pg/z, [Xn|SP, #imm, mul vl], element size as memory
-  load_reg, // ld1 Zt, Pg/z, [Xn|SP, Xm, lsl #size]
-  store_imm,
-  store_reg,
-  fadd_zzz,
-  fsub_zzz,
-  fmul_zzz,
-  fadd_zpz,
-  fsub_zpz,
-  fmul_zpz,
-  fmla_zpzz,
-  fmls_zpzz,
-  fnmla_zpzz,
-  fnmls_zpzz,
-  fmad_zpzz,
-  fmsb_zpzz,
-  add_zpz, // integer, merging under any predicate
-  sub_zpz,
-  mul_zpz,
-  and_zpz,
-  orr_zpz,
-  eor_zpz,
-  smax_zpz,
-  umax_zpz,
-  smin_zpz,
-  umin_zpz,
-  sel_zpzz,
-  movprfx_zz,
-  cmp_vv,  // integer compares of two vectors, into a predicate, with flags
-  lsl_zzi, // unpredicated shifts by an immediate
-  asr_zzi,
-  lsr_zzi,
-  while_lo, // whilelo and whilelt, W or X operands (bit 12)
-  while_lt,
-};
 
 struct form_entry {
   const char* family;
@@ -217,10 +166,6 @@ inline_op op_of_form(int form) {
   return inline_op(op);
 }
 
-unsigned field(uint32_t word, unsigned hi, unsigned lo) {
-  return word >> lo & ((1u << (hi - lo + 1)) - 1);
-}
-
 // Vd = op(Vn, Vm) chunk by chunk, Zn and Zm into Q0 and Q1.
 template <typename Op>
 void each_chunk(inline_code& c, unsigned zd, unsigned zn, unsigned zm, Op op) {
@@ -274,40 +219,6 @@ bool shifted_imm8(uint32_t word, element_size elem, bool is_signed, uint64_t* va
   const int64_t imm = is_signed ? int64_t(int8_t(raw)) : int64_t(raw);
   *value = uint64_t(shift ? imm * 256 : imm);
   return true;
-}
-
-// A branch (to be landed) taken unless every element of Pg is active, that is
-// each element's first predicate byte is 1: the AND of all chunks, then of
-// both halves, holds each element's byte at 1.
-unsigned branch_unless_all_true(inline_code& c, unsigned pg, simd_size size) {
-  if (vector_chunks() >= 3 && vector_chunks() <= 4) {
-    add_constant(c, 9, kInlineRecord, int64_t(p_offset(pg, 0)));
-    c.put(load_consecutive_q(2, vector_chunks(), 9));
-    for (unsigned k = 1; k < vector_chunks(); ++k) c.put(and_v(2, 2, 2 + k));
-  } else {
-    for (unsigned k = 0; k < vector_chunks(); ++k) {
-      load_q(c, k == 0 ? 2 : 3, kInlineRecord, p_offset(pg, k));
-      if (k > 0) c.put(and_v(2, 2, 3));
-    }
-  }
-  c.put(umov_d(9, 2, 0));
-  c.put(umov_d(10, 2, 1));
-  c.put(and_x(9, 9, 10));
-  c.put(and_element_ones(size, 9, 9));
-  c.put(eor_element_ones(size, 9, 9));
-  return c.put_branch(kBranchNonZero | 9);
-}
-
-// The call path for the word, as a run calls a thin decoder: `blr` to the
-// entry, followed by the decoder, the word's address and the word.
-void call_decoder(inline_code& c, sve_decoder decoder, uint32_t word, uint64_t pc) {
-  c.put(kBlr | kInlineThinCall << 5);
-  uint32_t constants[kWordCallWords] = {};
-  const uint64_t decoder_address = reinterpret_cast<uint64_t>(decoder);
-  std::memcpy(&constants[0], &decoder_address, 8);
-  std::memcpy(&constants[2], &pc, 8);
-  constants[4] = word;
-  for (uint32_t w : constants) c.put(w);
 }
 
 // The application's FPSR on the host around floating-point code, and its
@@ -599,52 +510,6 @@ bool emit_while(inline_op op, simd_size size, uint32_t word, inline_code& c) {
   c.put(0xf100017f);                                     // cmp x11, #0
   c.put(0x1a800000 | 14 << 16 | 0 << 12 | 15 << 5 | 14); // csel w14, w15, w14, eq
   store_x(c, 14, kInlineRecord, offsetof(cpu_state, nzcv));
-  return true;
-}
-
-// A contiguous load or store of whole elements. The inline code takes the
-// common case only: tracing off and every element active, when the vector
-// moves in Q registers. Anything else branches to a call of the word's thin
-// decoder, after the fast code. The record changes only once every access
-// has succeeded, so a fault leaves it as before the word, with the word's
-// address in it, which is what the fault path hands the application.
-bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
-  const sve_decoder decoder = get_sve_handler(word);
-  if (decoder == nullptr) return false;
-  const unsigned zt = field(word, 4, 0), xn = field(word, 9, 5), pg = field(word, 12, 10);
-  const unsigned xm = field(word, 20, 16);
-  const bool load = op == inline_op::load_imm || op == inline_op::load_reg;
-
-  const unsigned to_call_if_tracing = c.put_branch(kBranchNonZero | kInlineTraceGate);
-  const unsigned to_call_if_partial = branch_unless_all_true(c, pg, size);
-
-  // The word's address is among the call's constants below.
-  const unsigned pc_literal = c.put_branch(kLoadLiteralX | 10);
-  store_x(c, 10, kInlineRecord, offsetof(cpu_state, pc));
-  load_x(c, 9, kInlineRecord, x_offset(xn));
-  if (op == inline_op::load_imm || op == inline_op::store_imm) {
-    const int imm4 = int(field(word, 19, 16) ^ 8) - 8;
-    if (imm4 != 0) add_constant(c, 9, 9, int64_t{imm4} * process_vector_bytes());
-  } else if (xm != 31) {
-    load_x(c, 10, kInlineRecord, x_offset(xm));
-    c.put(add_shifted(9, 9, 10, size));
-  }
-  if (load) {
-    for (unsigned k = 0; k < vector_chunks(); ++k) load_q(c, k, 9, k * kChunkBytes);
-    for (unsigned k = 0; k < vector_chunks(); ++k) store_q(c, k, kInlineRecord, z_offset(zt, k));
-  } else {
-    for (unsigned k = 0; k < vector_chunks(); ++k) {
-      load_q(c, 0, kInlineRecord, z_offset(zt, k));
-      store_q(c, 0, 9, k * kChunkBytes);
-    }
-  }
-  const unsigned to_end = c.put_branch(kBranch);
-
-  c.land(to_call_if_tracing);
-  c.land(to_call_if_partial);
-  c.point(pc_literal, c.count + 1 + 2); // past the blr and the decoder
-  call_decoder(c, decoder, word, pc);
-  c.land(to_end);
   return true;
 }
 

@@ -1,0 +1,71 @@
+// Pieces that the inline forms of every family share: the forms themselves,
+// field extraction, the all-true test of a predicate and the call path.
+#pragma once
+
+#include <cstdint>
+
+#include "../decode/sve_utils.h"
+#include "inline_emit.h"
+
+enum class inline_op : uint8_t {
+  none,
+  add_zzz,
+  sub_zzz,
+  and_zzz,
+  orr_zzz,
+  eor_zzz,
+  add_zi,
+  sub_zi,
+  dup_zi,
+  dup_zr,
+  count_x,
+  increment_x,
+  decrement_x,
+  increment_z,
+  decrement_z,
+  load_imm, // ld1 Zt, Pg/z, [Xn|SP, #imm, mul vl], element size as memory
+  load_reg, // ld1 Zt, Pg/z, [Xn|SP, Xm, lsl #size]
+  store_imm,
+  store_reg,
+  fadd_zzz,
+  fsub_zzz,
+  fmul_zzz,
+  fadd_zpz,
+  fsub_zpz,
+  fmul_zpz,
+  fmla_zpzz,
+  fmls_zpzz,
+  fnmla_zpzz,
+  fnmls_zpzz,
+  fmad_zpzz,
+  fmsb_zpzz,
+  add_zpz, // integer, merging under any predicate
+  sub_zpz,
+  mul_zpz,
+  and_zpz,
+  orr_zpz,
+  eor_zpz,
+  smax_zpz,
+  umax_zpz,
+  smin_zpz,
+  umin_zpz,
+  sel_zpzz,
+  movprfx_zz,
+  cmp_vv,  // integer compares of two vectors, into a predicate, with flags
+  lsl_zzi, // unpredicated shifts by an immediate
+  asr_zzi,
+  lsr_zzi,
+  while_lo, // whilelo and whilelt, W or X operands (bit 12)
+  while_lt,
+};
+
+unsigned field(uint32_t word, unsigned hi, unsigned lo);
+
+// A branch (to be landed) taken unless every element of Pg is active, that is
+// each element's first predicate byte is 1: the AND of all chunks, then of
+// both halves, holds each element's byte at 1.
+unsigned branch_unless_all_true(inline_code& c, unsigned pg, a64::simd_size size);
+
+// The call path for the word, as a run calls a thin decoder: `blr` to the
+// entry, followed by the decoder, the word's address and the word.
+void call_decoder(inline_code& c, sve_decoder decoder, uint32_t word, uint64_t pc);
