@@ -318,22 +318,7 @@ bool emit_fp(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_co
 }
 
 // Integer operations raise no flags, so a predicated one works on whole
-// vectors and keeps its inactive elements with a mask: each element whose
-// first predicate byte has bit 0 set, found by testing every lane against a
-// lane of 1 (V4, set up once per word).
-void lane_ones(inline_code& c, simd_size size, unsigned v) {
-  static constexpr uint32_t kMoviOne[] = {0x4f00e420, 0x4f008420, 0x4f000420};
-  if (size != D) {
-    c.put(kMoviOne[size] | v);
-    return;
-  }
-  move_constant(c, 9, 1);
-  c.put(dup_v_from_x(D, v, 9));
-}
-uint32_t mask_of_active(simd_size size, unsigned v, unsigned ones) {
-  return 0x4e208c00 | size << 22 | ones << 16 | v << 5 | v; // cmtst v, v, ones
-}
-
+// vectors and keeps its inactive elements with a mask (lane_ones, V4).
 bool emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
   const unsigned zd = field(word, 4, 0), zn = field(word, 9, 5), zm = field(word, 20, 16);
   uint32_t opcode = 0;
@@ -380,7 +365,7 @@ bool emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
     load_q(c, 0, kInlineRecord, z_offset(select ? zm : zd, k));
     load_q(c, select ? 2 : 1, kInlineRecord, z_offset(zn, k));
     load_q(c, 3, kInlineRecord, p_offset(pg, k));
-    c.put(mask_of_active(size, 3, 4));
+    c.put(test_v(size, 3, 3, 4));
     if (!select) c.put(opcode);
     c.put(0x6ea01c00 | 3 << 16 | 2 << 5 | 0); // bit v0, v2, v3
     store_q(c, 0, kInlineRecord, z_offset(zd, k));

@@ -2,48 +2,170 @@
 
 using namespace a64;
 
-// A contiguous load or store of whole elements. The inline code takes the
-// common case only: tracing off and every element active, when the vector
-// moves in Q registers. Anything else branches to a call of the word's thin
-// decoder, after the fast code. The record changes only once every access
-// has succeeded, so a fault leaves it as before the word, with the word's
-// address in it, which is what the fault path hands the application.
+namespace {
+
+// Every page is at least this large, so a span inside one such block lies in
+// one page.
+constexpr unsigned kSmallestPage = 4096;
+// A partial store goes element by element up to this many elements; longer
+// vectors take the call path for it.
+constexpr unsigned kMostElementsStored = 64;
+
+struct contiguous_word {
+  bool load;
+  bool immediate;
+  simd_size size;
+  unsigned zt, xn, pg, xm;
+  int imm4;
+};
+
+contiguous_word decode(inline_op op, simd_size size, uint32_t word) {
+  contiguous_word w;
+  w.load = op == inline_op::load_imm || op == inline_op::load_reg;
+  w.immediate = op == inline_op::load_imm || op == inline_op::store_imm;
+  w.size = size;
+  w.zt = field(word, 4, 0);
+  w.xn = field(word, 9, 5);
+  w.pg = field(word, 12, 10);
+  w.xm = field(word, 20, 16);
+  w.imm4 = int(field(word, 19, 16) ^ 8) - 8;
+  return w;
+}
+
+// The word's address into the record's pc, from a literal among the call's
+// constants (its index goes into `literals`), then the access's address into
+// X9, with X10 as scratch.
+void emit_address(inline_code& c, const contiguous_word& w, unsigned* literals, unsigned* count) {
+  literals[(*count)++] = c.put_branch(kLoadLiteralX | 10);
+  store_x(c, 10, kInlineRecord, offsetof(cpu_state, pc));
+  load_x(c, 9, kInlineRecord, x_offset(w.xn));
+  if (w.immediate) {
+    if (w.imm4 != 0) add_constant(c, 9, 9, int64_t{w.imm4} * process_vector_bytes());
+  } else if (w.xm != 31) {
+    load_x(c, 10, kInlineRecord, x_offset(w.xm));
+    c.put(add_shifted(9, 9, 10, w.size));
+  }
+}
+
+void whole_vector(inline_code& c, const contiguous_word& w) {
+  if (w.load) {
+    for (unsigned k = 0; k < vector_chunks(); ++k) load_q(c, k, 9, k * kChunkBytes);
+    for (unsigned k = 0; k < vector_chunks(); ++k) store_q(c, k, kInlineRecord, z_offset(w.zt, k));
+    return;
+  }
+  for (unsigned k = 0; k < vector_chunks(); ++k) {
+    load_q(c, 0, kInlineRecord, z_offset(w.zt, k));
+    store_q(c, 0, 9, k * kChunkBytes);
+  }
+}
+
+// Inactive elements are zero and must not be read: a read of one may fault
+// where the architecture does not. When the whole vector lies in one page and
+// some element is active, that element's page is the vector's, so the whole
+// vector can be read, and the inactive lanes are cleared after. Otherwise
+// (none active, or a page boundary inside) the branches go to the call path.
+void partial_load(inline_code& c, const contiguous_word& w, unsigned* literals,
+                  unsigned* literal_count, unsigned* to_call) {
+  to_call[0] = branch_unless_any_active(c, w.pg, w.size);
+  lane_ones(c, w.size, 17);
+  emit_address(c, w, literals, literal_count);
+  c.put(0x92402c00 | 9 << 5 | 10); // and x10, x9, #0xfff
+  c.put(0xf100001f | (kSmallestPage - process_vector_bytes()) << 10 | 10 << 5); // cmp x10, #room
+  to_call[1] = c.put_branch(kBranchHigher);
+  for (unsigned k = 0; k < vector_chunks(); ++k) load_q(c, k, 9, k * kChunkBytes);
+  for (unsigned k = 0; k < vector_chunks(); ++k) {
+    load_q(c, 16, kInlineRecord, p_offset(w.pg, k));
+    c.put(test_v(w.size, 16, 16, 17));
+    c.put(and_v(k, k, 16));
+    store_q(c, k, kInlineRecord, z_offset(w.zt, k));
+  }
+}
+
+// One element, when its predicate bit (`bit` of Xp) is set: lane `lane` of
+// the 8 bytes in Xd goes to X9 + offset, shifted down through Xt.
+void store_if_active(inline_code& c, simd_size size, unsigned xp, unsigned bit, unsigned xd,
+                     unsigned lane, unsigned xt, unsigned offset) {
+  const unsigned skip = c.put_branch(branch_if_bit_clear(xp, bit));
+  const unsigned shift = (lane << size) * 8;
+  if (shift != 0) c.put(lsr_x(xt, xd, shift));
+  c.put(store_element(size, shift != 0 ? xt : xd, 9, offset));
+  c.land(skip);
+}
+
+// A store must never write an inactive element, not even its old value
+// again: another thread may own those bytes. Each element goes on its own
+// when its predicate bit is set, in ascending order as the call path stores
+// them, so that a fault leaves the same elements written.
+void partial_store(inline_code& c, const contiguous_word& w, unsigned* literals,
+                   unsigned* literal_count) {
+  emit_address(c, w, literals, literal_count);
+  const unsigned lanes = 8 >> w.size; // elements in 8 bytes
+  if (lanes <= 2) {
+    // Predicates through X14 and data through X15, 16 bytes a pair; the
+    // second lane of 8 bytes is shifted down into its predicate's register,
+    // which is done with by then.
+    add_constant(c, 14, kInlineRecord, int64_t(p_offset(w.pg, 0)));
+    add_constant(c, 15, kInlineRecord, int64_t(z_offset(w.zt, 0)));
+    for (unsigned k = 0; k < vector_chunks(); ++k) {
+      c.put(load_pair_x(10, 11, 14, k * kChunkBytes));
+      c.put(load_pair_x(12, 13, 15, k * kChunkBytes));
+      for (unsigned half = 0; half < 2; ++half)
+        for (unsigned lane = 0; lane < lanes; ++lane)
+          store_if_active(c, w.size, 10 + half, (lane << w.size) * 8, 12 + half, lane, 10 + half,
+                          k * kChunkBytes + 8 * half + (lane << w.size));
+    }
+    return;
+  }
+  for (unsigned g = 0; g < process_vector_bytes() / 8; ++g) {
+    load_x(c, 10, kInlineRecord, p_offset(w.pg, 0) + 8 * g);
+    load_x(c, 11, kInlineRecord, z_offset(w.zt, 0) + 8 * g);
+    for (unsigned lane = 0; lane < lanes; ++lane)
+      store_if_active(c, w.size, 10, (lane << w.size) * 8, 11, lane, 12, 8 * g + (lane << w.size));
+  }
+}
+
+} // namespace
+
+// A contiguous load or store of whole elements, inline with tracing off:
+// under an all-true predicate the vector moves in Q registers; under another
+// one a load reads the whole vector when that is sound and a store writes
+// the active elements one by one. Anything else branches to a call of the
+// word's thin decoder, after the fast code. The record changes only once
+// every access has succeeded, so a fault leaves it as before the word, with
+// the word's address in it, which is what the fault path hands the
+// application.
 bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
   const sve_decoder decoder = get_sve_handler(word);
   if (decoder == nullptr) return false;
-  const unsigned zt = field(word, 4, 0), xn = field(word, 9, 5), pg = field(word, 12, 10);
-  const unsigned xm = field(word, 20, 16);
-  const bool load = op == inline_op::load_imm || op == inline_op::load_reg;
+  const contiguous_word w = decode(op, size, word);
+  unsigned literals[2], literal_count = 0;
+  unsigned to_call[3], call_count = 0;
 
-  const unsigned to_call_if_tracing = c.put_branch(kBranchNonZero | kInlineTraceGate);
-  const unsigned to_call_if_partial = branch_unless_all_true(c, pg, size);
-
-  // The word's address is among the call's constants below.
-  const unsigned pc_literal = c.put_branch(kLoadLiteralX | 10);
-  store_x(c, 10, kInlineRecord, offsetof(cpu_state, pc));
-  load_x(c, 9, kInlineRecord, x_offset(xn));
-  if (op == inline_op::load_imm || op == inline_op::store_imm) {
-    const int imm4 = int(field(word, 19, 16) ^ 8) - 8;
-    if (imm4 != 0) add_constant(c, 9, 9, int64_t{imm4} * process_vector_bytes());
-  } else if (xm != 31) {
-    load_x(c, 10, kInlineRecord, x_offset(xm));
-    c.put(add_shifted(9, 9, 10, size));
-  }
-  if (load) {
-    for (unsigned k = 0; k < vector_chunks(); ++k) load_q(c, k, 9, k * kChunkBytes);
-    for (unsigned k = 0; k < vector_chunks(); ++k) store_q(c, k, kInlineRecord, z_offset(zt, k));
-  } else {
-    for (unsigned k = 0; k < vector_chunks(); ++k) {
-      load_q(c, 0, kInlineRecord, z_offset(zt, k));
-      store_q(c, 0, 9, k * kChunkBytes);
-    }
-  }
+  to_call[call_count++] = c.put_branch(kBranchNonZero | kInlineTraceGate);
+  const unsigned to_partial = branch_unless_all_true(c, w.pg, size);
+  emit_address(c, w, literals, &literal_count);
+  whole_vector(c, w);
   const unsigned to_end = c.put_branch(kBranch);
 
-  c.land(to_call_if_tracing);
-  c.land(to_call_if_partial);
-  c.point(pc_literal, c.count + 1 + 2); // past the blr and the decoder
+  c.land(to_partial);
+  unsigned to_end_partial = 0;
+  const bool stored_by_element = (process_vector_bytes() >> size) <= kMostElementsStored;
+  if (w.load || stored_by_element) {
+    if (w.load) {
+      partial_load(c, w, literals, &literal_count, &to_call[call_count]);
+      call_count += 2;
+    } else {
+      partial_store(c, w, literals, &literal_count);
+    }
+    to_end_partial = c.put_branch(kBranch);
+  }
+
+  for (unsigned i = 0; i < call_count; ++i) c.land(to_call[i]);
+  // The word's address is among the call's constants: past the blr and the
+  // decoder.
+  for (unsigned i = 0; i < literal_count; ++i) c.point(literals[i], c.count + 1 + 2);
   call_decoder(c, decoder, word, pc);
   c.land(to_end);
+  if (to_end_partial != 0) c.land(to_end_partial);
   return true;
 }

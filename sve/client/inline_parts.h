@@ -65,6 +65,13 @@ unsigned field(uint32_t word, unsigned hi, unsigned lo);
 // each element's first predicate byte is 1: the AND of all chunks, then of
 // both halves, holds each element's byte at 1.
 unsigned branch_unless_all_true(inline_code& c, unsigned pg, a64::simd_size size);
+// A branch (to be landed) taken when no element of Pg is active.
+unsigned branch_unless_any_active(inline_code& c, unsigned pg, a64::simd_size size);
+
+// Vv = a 1 in every lane of 1 << size bytes (X9 as scratch), so that a test
+// of a predicate's chunk against it (test_v) gives each element's mask: all
+// ones where the element's first predicate byte has bit 0 set.
+void lane_ones(inline_code& c, a64::simd_size size, unsigned v);
 
 // The call path for the word, as a run calls a thin decoder: `blr` to the
 // entry, followed by the decoder, the word's address and the word.

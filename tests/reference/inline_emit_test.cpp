@@ -3,6 +3,8 @@
 // offsets out of reach, and the ways out to the call path.
 #include <gtest/gtest.h>
 
+#include <sys/mman.h>
+
 #include <cstring>
 #include <vector>
 
@@ -135,13 +137,82 @@ TEST_F(memory_test, AllTrueLoadsInlineAndLeavesItsAddressForTheFaultPath) {
   for (unsigned i = 0; i < process_vector_bytes() / 4; ++i) EXPECT_EQ(element(i), 1002 + i);
 }
 
-TEST_F(memory_test, PartialPredicateTakesTheCallPath) {
+TEST_F(memory_test, PartialLoadInsideOnePageIsInlineWithInactiveElementsZero) {
   s.p[2][4] = 0;
+  std::memset(s.z[1], 0xee, sizeof s.z[1]);
   load();
-  EXPECT_EQ(s.raw_instr, kLoadWords);
+  EXPECT_EQ(s.raw_instr, 0u);
   EXPECT_EQ(element(0), 1002u);
   EXPECT_EQ(element(1), 0u);
   EXPECT_EQ(element(2), 1004u);
+}
+
+TEST_F(memory_test, LoadWithNoActiveElementTakesTheCallPath) {
+  std::memset(s.p[2], 0, sizeof s.p[2]);
+  std::memset(s.z[1], 0xee, sizeof s.z[1]);
+  load();
+  EXPECT_EQ(s.raw_instr, kLoadWords);
+  for (unsigned i = 0; i < process_vector_bytes() / 4; ++i) EXPECT_EQ(element(i), 0u);
+}
+
+// Two pages, the second unreadable, for accesses that reach across.
+struct page_end_test : memory_test {
+  uint8_t* pages = nullptr;
+  void SetUp() override {
+    memory_test::SetUp();
+    pages = static_cast<uint8_t*>(
+        mmap(nullptr, 2 * kPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+    ASSERT_NE(pages, MAP_FAILED);
+    mprotect(pages + kPage, kPage, PROT_NONE);
+  }
+  void TearDown() override { munmap(pages, 2 * kPage); }
+  static constexpr size_t kPage = 65536; // a multiple of every page size
+  // The vector's first `active` words readable, the rest in the second page,
+  // and only those active.
+  void only_readable_active(unsigned active) {
+    std::memset(s.p[2], 0, sizeof s.p[2]);
+    for (unsigned i = 0; i < active; ++i) s.p[2][4 * i] = 1;
+    s.regs[3] = reinterpret_cast<uint64_t>(pages + kPage - 4 * active);
+    s.regs[4] = 0;
+  }
+};
+
+TEST_F(page_end_test, PartialLoadAcrossAPageTakesTheCallPathAndDoesNotFault) {
+  uint32_t* words = reinterpret_cast<uint32_t*>(pages + kPage) - 2;
+  words[0] = 7;
+  words[1] = 8;
+  only_readable_active(2);
+  load();
+  EXPECT_EQ(s.raw_instr, kLoadWords);
+  EXPECT_EQ(element(0), 7u);
+  EXPECT_EQ(element(1), 8u);
+  EXPECT_EQ(element(2), 0u);
+}
+
+// st1w {z1.s}, p2, [x3, x4, lsl #2]
+constexpr uint32_t kStoreWords = 0xe5444861;
+
+TEST_F(page_end_test, PartialStoreWritesOnlyActiveElementsInline) {
+  for (unsigned i = 0; i < process_vector_bytes() / 4; ++i) {
+    const uint32_t v = 500 + i;
+    std::memcpy(&s.z[1][4 * i], &v, 4);
+  }
+  // Every other element, and none of those in the unreadable page.
+  const unsigned readable = 5;
+  only_readable_active(readable);
+  for (unsigned i = 1; i < readable; i += 2) s.p[2][4 * i] = 0;
+  uint32_t* words = reinterpret_cast<uint32_t*>(pages + kPage) - readable;
+  for (unsigned i = 0; i < readable; ++i) words[i] = 9;
+  inline_code c;
+  ASSERT_TRUE(translate_inline(kStoreWords, 0x4000, &c));
+  run_inline_code(c, 0, false, &s);
+  EXPECT_EQ(s.raw_instr, 0u);
+  EXPECT_EQ(s.pc, 0x4000u);
+  EXPECT_EQ(words[0], 500u);
+  EXPECT_EQ(words[1], 9u);
+  EXPECT_EQ(words[2], 502u);
+  EXPECT_EQ(words[3], 9u);
+  EXPECT_EQ(words[4], 504u);
 }
 
 TEST_F(memory_test, OpenTraceGateTakesTheCallPath) {
