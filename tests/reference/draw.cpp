@@ -269,8 +269,8 @@ void place_addresses(rng_t& rng, const row_profile& p, uint32_t word, const test
   // XZR, which the architecture leaves undefined and the emulator carries
   // out with the address as drawn.
   const bool undefined_index = p.addr == addressing::scalar_index && mreg == 31;
-  const bool near_end = (p.first_fault && pick(rng, 2)) ||
-                        (p.contiguous && !undefined_index && pick(rng, 4) == 0);
+  const bool near_end =
+      (p.first_fault && pick(rng, 2)) || (p.contiguous && !undefined_index && pick(rng, 4) == 0);
   switch (p.addr) {
   case addressing::none:
     return;
