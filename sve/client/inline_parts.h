@@ -49,6 +49,14 @@ enum class inline_op : uint8_t {
   umax_zpz,
   smin_zpz,
   umin_zpz,
+  smulh_zpz,
+  umulh_zpz,
+  neg_zp,
+  abs_zp,
+  mla_zpzz, // Zda + Zn * Zm
+  mls_zpzz,
+  mad_zpzz, // Za + Zdn * Zm
+  msb_zpzz,
   sel_zpzz,
   movprfx_zz,
   cmp_vv,  // integer compares of two vectors, into a predicate, with flags
