@@ -503,20 +503,27 @@ bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
   const sve_decoder decoder = get_sve_handler(word);
   if (decoder == nullptr) return false;
   const unsigned to_call = branch_unless_all_true(c, pg, size);
+  // Chunk k's result stays in V(5 + k): its first and last elements give N
+  // and C, the OR of all of them Z.
+  const unsigned last = 5 + vector_chunks() - 1;
   for (unsigned k = 0; k < vector_chunks(); ++k) {
+    const unsigned v = 5 + k;
     load_q(c, 0, kInlineRecord, z_offset(zn, k));
     load_q(c, 1, kInlineRecord, z_offset(zm, k));
-    c.put(compare | size << 22 | 1 << 16 | 0 << 5 | 0);
-    if (negate) c.put(0x6e205800);                             // mvn v0, v0
-    c.put(0x6f000400 | ((8u << size) + 1) << 16 | 0 << 5 | 0); // ushr v0, #bits-1
-    store_q(c, 0, kInlineRecord, p_offset(pd, k));
-    c.put(k == 0 ? 0x4ea01c02 : 0x4ea01c42); // mov v2, v0 / orr v2, v2, v0
+    c.put(compare | size << 22 | 1 << 16 | 0 << 5 | v);
+    if (negate) c.put(0x6e205800 | v << 5 | v);                // mvn
+    c.put(0x6f000400 | ((8u << size) + 1) << 16 | v << 5 | v); // ushr #bits-1
+    store_q(c, v, kInlineRecord, p_offset(pd, k));
+    if (k == 1) c.put(orr_v(2, 5, 6));
+    if (k > 1) c.put(orr_v(2, 2, v));
   }
-  c.put(umov_d(11, 2, 0));
-  c.put(umov_d(12, 2, 1));
-  c.put(0xaa0c016b); // orr x11, x11, x12
-  load_byte(c, 9, kInlineRecord, p_offset(pd, 0));
-  load_byte(c, 10, kInlineRecord, p_offset(pd, 0) + process_vector_bytes() - (1u << size));
+  const unsigned any = vector_chunks() == 1 ? 5 : 2;
+  c.put(umov_d(11, any, 0));
+  c.put(umov_d(12, any, 1));
+  c.put(0xaa0c016b);              // orr x11, x11, x12
+  c.put(0x0e013c00 | 5 << 5 | 9); // umov w9, v5.b[0]
+  c.put(0x0e003c00 | ((kChunkBytes - (1u << size)) << 1 | 1) << 16 | last << 5 |
+        10);                                             // umov w10, b[last]
   c.put(0xf100017f);                                     // cmp x11, #0
   c.put(0x1a9f17e0 | 11);                                // cset w11, eq: Z
   c.put(0x52000000 | 10 << 5 | 10);                      // eor w10, w10, #1: C

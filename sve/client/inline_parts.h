@@ -70,10 +70,11 @@ enum class inline_op : uint8_t {
 unsigned field(uint32_t word, unsigned hi, unsigned lo);
 
 // A branch (to be landed) taken unless every element of Pg is active, that is
-// each element's first predicate byte is 1: the AND of all chunks, then of
-// both halves, holds each element's byte at 1.
+// bit 0 of each element's first predicate byte is set. X9, X10 and V2 to V5
+// are scratch.
 unsigned branch_unless_all_true(inline_code& c, unsigned pg, a64::simd_size size);
-// A branch (to be landed) taken when no element of Pg is active.
+// A branch (to be landed) taken when no element of Pg is active; the same
+// registers.
 unsigned branch_unless_any_active(inline_code& c, unsigned pg, a64::simd_size size);
 
 // Vv = a 1 in every lane of 1 << size bytes (X9 as scratch), so that a test
