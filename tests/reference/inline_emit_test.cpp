@@ -222,4 +222,72 @@ TEST_F(memory_test, OpenTraceGateTakesTheCallPath) {
   EXPECT_EQ(element(3), 1005u);
 }
 
+// fmla z0.s, p1/m, z1.s, z2.s under a partial predicate: the inactive
+// elements hold operands whose product overflows and is inexact, and NaNs
+// that would signal; the FPSR gains only what the active elements raise, and
+// the inactive elements of z0 keep their values.
+TEST_F(record_test, PartialFusedMultiplyAddRaisesOnlyTheActiveElementsFlags) {
+  const unsigned n = process_vector_bytes() / 4;
+  auto put = [&](unsigned z, unsigned i, float v) { std::memcpy(&s.z[z][4 * i], &v, 4); };
+  auto get = [&](unsigned z, unsigned i) {
+    float v;
+    std::memcpy(&v, &s.z[z][4 * i], 4);
+    return v;
+  };
+  const float signalling = [] {
+    const uint32_t bits = 0x7fa00000;
+    float v;
+    std::memcpy(&v, &bits, 4);
+    return v;
+  }();
+  for (unsigned i = 0; i < n; ++i) {
+    const bool active = i % 3 == 0;
+    s.p[1][4 * i] = active;
+    put(0, i, active ? 1.0f : signalling);
+    put(1, i, active ? 2.0f : 3e38f);
+    put(2, i, active ? 0.5f : 3e38f);
+  }
+  inline_code c;
+  ASSERT_TRUE(translate_inline(0x65a20420, 0x4000, &c));
+  for (const bool all_true : {false, true}) {
+    if (all_true)
+      for (unsigned i = 0; i < n; ++i) s.p[1][4 * i] = 1;
+    s.fpsr = 0;
+    run_inline_code(c, 0, false, &s);
+    if (all_true) {
+      EXPECT_NE(s.fpsr & 0x15, 0u) << "overflow and invalid where all are active";
+      continue;
+    }
+    EXPECT_EQ(s.fpsr, 0u);
+    for (unsigned i = 0; i < n; ++i) {
+      if (i % 3 == 0)
+        EXPECT_EQ(get(0, i), 2.0f) << i;
+      else
+        EXPECT_EQ(std::memcmp(&s.z[0][4 * i], &signalling, 4), 0) << i;
+    }
+  }
+}
+
+// smulh z0.d, p1/m, z0.d, z1.d: doublewords lane by lane, the inactive ones
+// kept.
+TEST_F(record_test, DoublewordHighMultiplyMergesUnderAPartialPredicate) {
+  const unsigned n = process_vector_bytes() / 8;
+  for (unsigned i = 0; i < n; ++i) {
+    const int64_t a = -3 - int64_t(i) * 0x100000000, b = int64_t(0x7000000000000000) + int64_t(i);
+    std::memcpy(&s.z[0][8 * i], &a, 8);
+    std::memcpy(&s.z[1][8 * i], &b, 8);
+    s.p[1][8 * i] = i % 2;
+  }
+  inline_code c;
+  ASSERT_TRUE(translate_inline(0x04d20420, 0x4000, &c));
+  run_inline_code(c, 0, false, &s);
+  for (unsigned i = 0; i < n; ++i) {
+    const int64_t a = -3 - int64_t(i) * 0x100000000, b = int64_t(0x7000000000000000) + int64_t(i);
+    const int64_t expected = i % 2 ? int64_t((__int128(a) * b) >> 64) : a;
+    int64_t got;
+    std::memcpy(&got, &s.z[0][8 * i], 8);
+    EXPECT_EQ(got, expected) << i;
+  }
+}
+
 } // namespace
