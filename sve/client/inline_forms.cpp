@@ -120,6 +120,14 @@ constexpr inline_row kInlineRows[] = {
     {"VecS*CmpFlgGTVVZ", inline_op::cmp_vv},
     {"VecS*CmpFlgEQVVZ", inline_op::cmp_vv},
     {"VecS*CmpFlgNEVVZ", inline_op::cmp_vv},
+    {"VecF32CmpGEVVZ", inline_op::fcmp_vv},
+    {"VecF32CmpGTVVZ", inline_op::fcmp_vv},
+    {"VecF32CmpEQVVZ", inline_op::fcmp_vv},
+    {"VecF32CmpNEVVZ", inline_op::fcmp_vv},
+    {"VecD64CmpGEVVZ", inline_op::fcmp_vv},
+    {"VecD64CmpGTVVZ", inline_op::fcmp_vv},
+    {"VecD64CmpEQVVZ", inline_op::fcmp_vv},
+    {"VecD64CmpNEVVZ", inline_op::fcmp_vv},
 };
 
 // "VecU*AddVVX" matches "VecU32AddVVX": the star stands for a run of digits.
@@ -538,6 +546,38 @@ bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
   return true;
 }
 
+// fcmge, fcmgt, fcmeq, fcmne Pd.T, Pg/z, Zn.T, Zm.T, single and double,
+// under any predicate: the operands of inactive elements become +0, which
+// compare without a flag (the Advanced SIMD compares signal on NaNs exactly
+// as the SVE ones: fcmge and fcmgt on any, fcmeq on a signalling one), and
+// the mask clears their results. They leave NZCV alone.
+bool emit_fp_compare(simd_size size, uint32_t word, inline_code& c) {
+  const unsigned pd = field(word, 3, 0), zn = field(word, 9, 5), pg = field(word, 12, 10);
+  const unsigned zm = field(word, 20, 16);
+  // Bits 15, 13 and 4 (op, o2, o3) pick the comparison.
+  const unsigned kind = field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4);
+  static constexpr uint32_t kCompare[] = {0x6e20e400, 0x6ea0e400, 0x4e20e400, 0x4e20e400};
+  if (kind > 3) return false;
+  const uint32_t sz = size == D ? 1u << 22 : 0;
+  lane_ones(c, size, 4);
+  fpsr_in(c);
+  for (unsigned k = 0; k < vector_chunks(); ++k) {
+    load_q(c, 0, kInlineRecord, z_offset(zn, k));
+    load_q(c, 1, kInlineRecord, z_offset(zm, k));
+    load_q(c, 3, kInlineRecord, p_offset(pg, k));
+    c.put(test_v(size, 3, 3, 4));
+    c.put(and_v(0, 0, 3));
+    c.put(and_v(1, 1, 3));
+    c.put(kCompare[kind] | sz | 1 << 16 | 0 << 5 | 0);
+    if (kind == 3) c.put(0x6e205800); // mvn v0, v0: fcmne
+    c.put(and_v(0, 0, 3));
+    c.put(0x6f000400 | ((8u << size) + 1) << 16 | 0 << 5 | 0); // ushr v0, #bits-1
+    store_q(c, 0, kInlineRecord, p_offset(pd, k));
+  }
+  fpsr_out(c);
+  return true;
+}
+
 // Each element's number, in lanes of its size, for the predicate builders:
 // lane i of the vector holds i.
 struct lane_numbers {
@@ -676,6 +716,8 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
     return emit_while(op, size, word, c);
   case inline_op::cmp_vv:
     return emit_compare(size, word, pc, c);
+  case inline_op::fcmp_vv:
+    return emit_fp_compare(size, word, c);
   case inline_op::lsl_zzi:
   case inline_op::asr_zzi:
   case inline_op::lsr_zzi: {

@@ -60,6 +60,7 @@ enum class inline_op : uint8_t {
   sel_zpzz,
   movprfx_zz,
   cmp_vv,  // integer compares of two vectors, into a predicate, with flags
+  fcmp_vv, // floating-point compares of two vectors, into a predicate
   lsl_zzi, // unpredicated shifts by an immediate
   asr_zzi,
   lsr_zzi,
