@@ -4,6 +4,7 @@
 
 #include "../decode/sve_utils.h"
 #include "../handlers/pattern_count.h"
+#include "inline_compare.h"
 #include "inline_memory.h"
 #include "inline_parts.h"
 
@@ -225,18 +226,6 @@ bool shifted_imm8(uint32_t word, element_size elem, bool is_signed, uint64_t* va
   const int64_t imm = is_signed ? int64_t(int8_t(raw)) : int64_t(raw);
   *value = uint64_t(shift ? imm * 256 : imm);
   return true;
-}
-
-// The application's FPSR on the host around floating-point code, and its
-// flags back into the record: the architecture's cumulative flags, raised by
-// the same operations.
-void fpsr_in(inline_code& c) {
-  c.put(0xb9400000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
-  c.put(0xd51b4420 | 9); // msr fpsr, x9
-}
-void fpsr_out(inline_code& c) {
-  c.put(0xd53b4420 | 9); // mrs x9, fpsr
-  c.put(0xb9000000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
 }
 
 // The operation on one chunk: Vacc = Vacc op Vn, or Vacc +- Vn * Vm fused.
@@ -471,110 +460,6 @@ bool emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
     c.put(insert_if_true_v(0, 2, 3));
     store_q(c, 0, kInlineRecord, z_offset(zd, k));
   }
-  return true;
-}
-
-// cmphs, cmphi, cmpge, cmpgt, cmpeq, cmpne Pd.T, Pg/z, Zn.T, Zm.T: under an
-// all-true Pg, Advanced SIMD compares give each element's mask, shifted down
-// to the predicate's byte; other predicates take the call path. Flags as a
-// test of the result under Pg: N its first element, Z none, C not its last.
-bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
-  const unsigned pd = field(word, 3, 0), zn = field(word, 9, 5), pg = field(word, 12, 10);
-  const unsigned zm = field(word, 20, 16);
-  // Bits 15 and 13 (op, o2) and 4 (ne) pick the comparison.
-  const unsigned kind = field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4);
-  uint32_t compare;
-  bool negate = false;
-  switch (kind) {
-  case 0b000:
-    compare = 0x6e203c00;
-    break; // cmphs: cmhs
-  case 0b001:
-    compare = 0x6e203400;
-    break; // cmphi: cmhi
-  case 0b100:
-    compare = 0x4e203c00;
-    break; // cmpge: cmge
-  case 0b101:
-    compare = 0x4e203400;
-    break; // cmpgt: cmgt
-  case 0b110:
-    compare = 0x6e208c00;
-    break; // cmpeq: cmeq
-  case 0b111:
-    compare = 0x6e208c00;
-    negate = true;
-    break; // cmpne: not cmeq
-  default:
-    return false;
-  }
-  const sve_decoder decoder = get_sve_handler(word);
-  if (decoder == nullptr) return false;
-  const unsigned to_call = branch_unless_all_true(c, pg, size);
-  // Chunk k's result stays in V(5 + k): its first and last elements give N
-  // and C, the OR of all of them Z.
-  const unsigned last = 5 + vector_chunks() - 1;
-  for (unsigned k = 0; k < vector_chunks(); ++k) {
-    const unsigned v = 5 + k;
-    load_q(c, 0, kInlineRecord, z_offset(zn, k));
-    load_q(c, 1, kInlineRecord, z_offset(zm, k));
-    c.put(compare | size << 22 | 1 << 16 | 0 << 5 | v);
-    if (negate) c.put(0x6e205800 | v << 5 | v);                // mvn
-    c.put(0x6f000400 | ((8u << size) + 1) << 16 | v << 5 | v); // ushr #bits-1
-    store_q(c, v, kInlineRecord, p_offset(pd, k));
-    if (k == 1) c.put(orr_v(2, 5, 6));
-    if (k > 1) c.put(orr_v(2, 2, v));
-  }
-  const unsigned any = vector_chunks() == 1 ? 5 : 2;
-  c.put(umov_d(11, any, 0));
-  c.put(umov_d(12, any, 1));
-  c.put(0xaa0c016b);              // orr x11, x11, x12
-  c.put(0x0e013c00 | 5 << 5 | 9); // umov w9, v5.b[0]
-  c.put(0x0e003c00 | ((kChunkBytes - (1u << size)) << 1 | 1) << 16 | last << 5 |
-        10);                                             // umov w10, b[last]
-  c.put(0xf100017f);                                     // cmp x11, #0
-  c.put(0x1a9f17e0 | 11);                                // cset w11, eq: Z
-  c.put(0x52000000 | 10 << 5 | 10);                      // eor w10, w10, #1: C
-  c.put(0x2a000000 | 11 << 16 | 1 << 10 | 10 << 5 | 10); // orr w10, w10, w11, lsl #1
-  c.put(0x2a000000 | 9 << 16 | 2 << 10 | 10 << 5 | 10);  // orr w10, w10, w9, lsl #2
-  c.put(0x53000000 | 3 << 16 | 2 << 10 | 10 << 5 | 10);  // lsl w10, w10, #29
-  store_x(c, 10, kInlineRecord, offsetof(cpu_state, nzcv));
-  const unsigned to_end = c.put_branch(kBranch);
-  c.land(to_call);
-  call_decoder(c, decoder, word, pc);
-  c.land(to_end);
-  return true;
-}
-
-// fcmge, fcmgt, fcmeq, fcmne Pd.T, Pg/z, Zn.T, Zm.T, single and double,
-// under any predicate: the operands of inactive elements become +0, which
-// compare without a flag (the Advanced SIMD compares signal on NaNs exactly
-// as the SVE ones: fcmge and fcmgt on any, fcmeq on a signalling one), and
-// the mask clears their results. They leave NZCV alone.
-bool emit_fp_compare(simd_size size, uint32_t word, inline_code& c) {
-  const unsigned pd = field(word, 3, 0), zn = field(word, 9, 5), pg = field(word, 12, 10);
-  const unsigned zm = field(word, 20, 16);
-  // Bits 15, 13 and 4 (op, o2, o3) pick the comparison.
-  const unsigned kind = field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4);
-  static constexpr uint32_t kCompare[] = {0x6e20e400, 0x6ea0e400, 0x4e20e400, 0x4e20e400};
-  if (kind > 3) return false;
-  const uint32_t sz = size == D ? 1u << 22 : 0;
-  lane_ones(c, size, 4);
-  fpsr_in(c);
-  for (unsigned k = 0; k < vector_chunks(); ++k) {
-    load_q(c, 0, kInlineRecord, z_offset(zn, k));
-    load_q(c, 1, kInlineRecord, z_offset(zm, k));
-    load_q(c, 3, kInlineRecord, p_offset(pg, k));
-    c.put(test_v(size, 3, 3, 4));
-    c.put(and_v(0, 0, 3));
-    c.put(and_v(1, 1, 3));
-    c.put(kCompare[kind] | sz | 1 << 16 | 0 << 5 | 0);
-    if (kind == 3) c.put(0x6e205800); // mvn v0, v0: fcmne
-    c.put(and_v(0, 0, 3));
-    c.put(0x6f000400 | ((8u << size) + 1) << 16 | 0 << 5 | 0); // ushr v0, #bits-1
-    store_q(c, 0, kInlineRecord, p_offset(pd, k));
-  }
-  fpsr_out(c);
   return true;
 }
 

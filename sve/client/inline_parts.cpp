@@ -74,3 +74,12 @@ void call_decoder(inline_code& c, sve_decoder decoder, uint32_t word, uint64_t p
   constants[4] = word;
   for (uint32_t w : constants) c.put(w);
 }
+
+void fpsr_in(inline_code& c) {
+  c.put(0xb9400000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
+  c.put(0xd51b4420 | 9); // msr fpsr, x9
+}
+void fpsr_out(inline_code& c) {
+  c.put(0xd53b4420 | 9); // mrs x9, fpsr
+  c.put(0xb9000000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
+}

@@ -86,3 +86,9 @@ void lane_ones(inline_code& c, a64::simd_size size, unsigned v);
 // The call path for the word, as a run calls a thin decoder: `blr` to the
 // entry, followed by the decoder, the word's address and the word.
 void call_decoder(inline_code& c, sve_decoder decoder, uint32_t word, uint64_t pc);
+
+// The application's FPSR on the host around floating-point code (X9 as
+// scratch), and its flags back into the record: the architecture's
+// cumulative flags, raised by the same operations.
+void fpsr_in(inline_code& c);
+void fpsr_out(inline_code& c);
