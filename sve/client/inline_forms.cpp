@@ -271,8 +271,9 @@ bool put_fp_operation(inline_code& c, inline_op op, bool is_double, unsigned acc
 // 0 + 0, 0 - 0, 0 * 0 and their fused forms are exact zeros under any
 // rounding mode and flush setting, so they raise no flag, and the FPSR
 // gains exactly the active elements' flags; a mask then keeps the inactive
-// elements of the destination.
-bool emit_fp(inline_op op, simd_size size, uint32_t word, inline_code& c) {
+// elements of the destination. Without `masked` they take the call path.
+bool emit_fp(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_code& c,
+             bool masked) {
   const bool is_double = size == D;
   const unsigned zd = field(word, 4, 0), f5 = field(word, 9, 5), f16 = field(word, 20, 16);
   const unsigned pg = field(word, 12, 10);
@@ -315,6 +316,13 @@ bool emit_fp(inline_op op, simd_size size, uint32_t word, inline_code& c) {
   const unsigned to_end = c.put_branch(kBranch);
 
   c.land(to_partial);
+  if (!masked) {
+    const sve_decoder decoder = get_sve_handler(word);
+    if (decoder == nullptr) return false;
+    call_decoder(c, decoder, word, pc);
+    c.land(to_end);
+    return true;
+  }
   lane_ones(c, size, 4);
   fpsr_in(c);
   // V3 the chunk's mask; V5 the zeroed copy of the merged operand.
@@ -648,8 +656,16 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
     return emit_merging(op, size, word, c);
   case inline_op::none:
     break;
-  default:
-    return emit_fp(op, size, word, c);
+  default: {
+    // The masked code for partial predicates when it fits (it does not for
+    // the longest vectors' fused forms), else the call path for them.
+    inline_code masked = c;
+    if (emit_fp(op, size, word, pc, masked, true) && !masked.overflow) {
+      c = masked;
+      return true;
+    }
+    return emit_fp(op, size, word, pc, c, false);
+  }
   }
   return false;
 }
