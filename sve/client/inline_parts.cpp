@@ -17,9 +17,9 @@ namespace {
 // constant needs; doublewords fold into X9 and test against one.
 unsigned branch_on_predicate(inline_code& c, unsigned pg, simd_size size, bool any) {
   const auto combine = any ? orr_v : and_v;
-  if (vector_chunks() >= 3 && vector_chunks() <= 4) {
-    add_constant(c, 9, kInlineRecord, int64_t(p_offset(pg, 0)));
-    c.put(load_consecutive_q(2, vector_chunks(), 9));
+  if (predicate_address_kept()) {
+    add_constant(c, 14, kInlineRecord, int64_t(p_offset(pg, 0)));
+    c.put(load_consecutive_q(2, vector_chunks(), 14));
     for (unsigned k = 1; k < vector_chunks(); ++k) c.put(combine(2, 2, 2 + k));
   } else {
     for (unsigned k = 0; k < vector_chunks(); ++k) {
