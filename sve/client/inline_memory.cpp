@@ -103,11 +103,10 @@ void partial_store(inline_code& c, const contiguous_word& w, unsigned* literals,
   emit_address(c, w, literals, literal_count);
   const unsigned lanes = 8 >> w.size; // elements in 8 bytes
   if (lanes <= 2) {
-    // Predicates through X14 and data through X15, 16 bytes a pair; the
-    // second lane of 8 bytes is shifted down into its predicate's register,
-    // which is done with by then.
-    // X14 may hold the predicate's address already, from the test that
-    // led here; low Z registers are within a pair load's reach of X19.
+    // Predicates through X14 (which the test that led here may have set
+    // already) and data through X15 or, for low Z registers, within a pair
+    // load's reach, X19 itself: 16 bytes a pair. The second lane of 8 bytes
+    // is shifted down into its predicate's register, done with by then.
     if (!predicate_address_kept()) add_constant(c, 14, kInlineRecord, int64_t(p_offset(w.pg, 0)));
     const size_t data_at = z_offset(w.zt, 0);
     const bool data_near = data_at + process_vector_bytes() <= kPairReach;
