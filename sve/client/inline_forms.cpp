@@ -64,6 +64,20 @@ constexpr inline_row kInlineRows[] = {
     {"VecU16CStore2LSSZ", inline_op::store_reg},
     {"VecU32CStore4LSSZ", inline_op::store_reg},
     {"VecU64CStore8LSSZ", inline_op::store_reg},
+    {"VecU16CLoad1SIZ", inline_op::load_widen_imm},
+    {"VecU32CLoad1SIZ", inline_op::load_widen_imm},
+    {"VecU64CLoad1SIZ", inline_op::load_widen_imm},
+    {"VecU32CLoad2SIZ", inline_op::load_widen_imm},
+    {"VecU64CLoad2SIZ", inline_op::load_widen_imm},
+    {"VecU64CLoad4SIZ", inline_op::load_widen_imm},
+    {"VecS*CLoad*SIZ", inline_op::load_widen_imm},
+    {"VecU16CLoad1LSSZ", inline_op::load_widen_reg},
+    {"VecU32CLoad1LSSZ", inline_op::load_widen_reg},
+    {"VecU64CLoad1LSSZ", inline_op::load_widen_reg},
+    {"VecU32CLoad2LSSZ", inline_op::load_widen_reg},
+    {"VecU64CLoad2LSSZ", inline_op::load_widen_reg},
+    {"VecU64CLoad4LSSZ", inline_op::load_widen_reg},
+    {"VecS*CLoad*LSSZ", inline_op::load_widen_reg},
     {"VecF32AddVVX", inline_op::fadd_zzz},
     {"VecD64AddVVX", inline_op::fadd_zzz},
     {"VecF32SubVVX", inline_op::fsub_zzz},
@@ -603,6 +617,8 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
   case inline_op::load_reg:
   case inline_op::store_imm:
   case inline_op::store_reg:
+  case inline_op::load_widen_imm:
+  case inline_op::load_widen_reg:
     return emit_contiguous(op, size, word, pc, c);
   case inline_op::while_lo:
   case inline_op::while_lt:

@@ -16,16 +16,31 @@ constexpr size_t kPairReach = 512;
 struct contiguous_word {
   bool load;
   bool immediate;
-  simd_size size;
+  simd_size size;   // of the register's elements
+  simd_size memory; // of the memory's elements: smaller for a widening load
+  bool is_signed;   // a widening load sign-extends
   unsigned zt, xn, pg, xm;
   int imm4;
+  // Bytes of memory the vector's elements take.
+  unsigned footprint() const { return process_vector_bytes() >> (size - memory); }
 };
 
 contiguous_word decode(inline_op op, simd_size size, uint32_t word) {
   contiguous_word w;
-  w.load = op == inline_op::load_imm || op == inline_op::load_reg;
-  w.immediate = op == inline_op::load_imm || op == inline_op::store_imm;
+  w.load = op == inline_op::load_imm || op == inline_op::load_reg ||
+           op == inline_op::load_widen_imm || op == inline_op::load_widen_reg;
+  w.immediate =
+      op == inline_op::load_imm || op == inline_op::store_imm || op == inline_op::load_widen_imm;
   w.size = size;
+  w.memory = size;
+  w.is_signed = false;
+  if (op == inline_op::load_widen_imm || op == inline_op::load_widen_reg) {
+    // dtype (bits 24:21) says the memory element; below the diagonal of
+    // its table (memory size above register size) are the signed forms.
+    const unsigned dtype = field(word, 24, 21), row = dtype >> 2, column = dtype & 3;
+    w.is_signed = row > column;
+    w.memory = simd_size(w.is_signed ? 3 - row : row);
+  }
   w.zt = field(word, 4, 0);
   w.xn = field(word, 9, 5);
   w.pg = field(word, 12, 10);
@@ -42,16 +57,33 @@ void emit_address(inline_code& c, const contiguous_word& w, unsigned* literals, 
   store_x(c, 10, kInlineRecord, offsetof(cpu_state, pc));
   load_x(c, 9, kInlineRecord, x_offset(w.xn));
   if (w.immediate) {
-    if (w.imm4 != 0) add_constant(c, 9, 9, int64_t{w.imm4} * process_vector_bytes());
+    if (w.imm4 != 0) add_constant(c, 9, 9, int64_t{w.imm4} * w.footprint());
   } else if (w.xm != 31) {
     load_x(c, 10, kInlineRecord, x_offset(w.xm));
-    c.put(add_shifted(9, 9, 10, w.size));
+    c.put(add_shifted(9, 9, 10, w.memory));
+  }
+}
+
+// Q0.. Q(chunks - 1) = the vector's elements from X9: a chunk's memory
+// elements, then widened (uxtl or sxtl) one size at a time.
+void load_chunks(inline_code& c, const contiguous_word& w) {
+  const unsigned steps = w.size - w.memory;
+  // ldr of a B, H, S or D register, unsigned scaled offset.
+  static constexpr uint32_t kLoad[] = {0x3d400000, 0x7d400000, 0xbd400000, 0xfd400000};
+  for (unsigned k = 0; k < vector_chunks(); ++k) {
+    if (steps == 0) {
+      load_q(c, k, 9, k * kChunkBytes);
+      continue;
+    }
+    c.put(kLoad[4 - steps] | k << 10 | 9 << 5 | k); // the k-th 16 >> steps bytes
+    for (unsigned from = w.memory; from < w.size; ++from)
+      c.put((w.is_signed ? 0x0f00a400 : 0x2f00a400) | (8u << from) << 16 | k << 5 | k);
   }
 }
 
 void whole_vector(inline_code& c, const contiguous_word& w) {
   if (w.load) {
-    for (unsigned k = 0; k < vector_chunks(); ++k) load_q(c, k, 9, k * kChunkBytes);
+    load_chunks(c, w);
     for (unsigned k = 0; k < vector_chunks(); ++k) store_q(c, k, kInlineRecord, z_offset(w.zt, k));
     return;
   }
@@ -71,10 +103,10 @@ void partial_load(inline_code& c, const contiguous_word& w, unsigned* literals,
   to_call[0] = branch_unless_any_active(c, w.pg, w.size);
   lane_ones(c, w.size, 17);
   emit_address(c, w, literals, literal_count);
-  c.put(0x92402c00 | 9 << 5 | 10); // and x10, x9, #0xfff
-  c.put(0xf100001f | (kSmallestPage - process_vector_bytes()) << 10 | 10 << 5); // cmp x10, #room
+  c.put(0x92402c00 | 9 << 5 | 10);                                     // and x10, x9, #0xfff
+  c.put(0xf100001f | (kSmallestPage - w.footprint()) << 10 | 10 << 5); // cmp x10, #room
   to_call[1] = c.put_branch(kBranchHigher);
-  for (unsigned k = 0; k < vector_chunks(); ++k) load_q(c, k, 9, k * kChunkBytes);
+  load_chunks(c, w);
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 16, kInlineRecord, p_offset(w.pg, k));
     c.put(test_v(w.size, 16, 16, 17));

@@ -27,6 +27,8 @@ enum class inline_op : uint8_t {
   load_reg, // ld1 Zt, Pg/z, [Xn|SP, Xm, lsl #size]
   store_imm,
   store_reg,
+  load_widen_imm, // ld1b..ld1w, ld1sb..ld1sw into wider elements
+  load_widen_reg,
   fadd_zzz,
   fsub_zzz,
   fmul_zzz,

@@ -189,6 +189,29 @@ TEST_F(page_end_test, PartialLoadAcrossAPageTakesTheCallPathAndDoesNotFault) {
   EXPECT_EQ(element(2), 0u);
 }
 
+// ld1sb {z1.s}, p2/z, [x3, x4]: the bytes of a widening load end a page,
+// where a whole vector of bytes would not fit: it is still inline, reads
+// only its own bytes and extends their signs.
+TEST_F(page_end_test, WideningLoadEndingAPageIsInline) {
+  const unsigned n = process_vector_bytes() / 4;
+  int8_t* bytes = reinterpret_cast<int8_t*>(pages + kPage) - n;
+  for (unsigned i = 0; i < n; ++i) bytes[i] = int8_t(i % 2 ? -1 - int(i) : int(i));
+  std::memset(s.p[2], 0, sizeof s.p[2]);
+  for (unsigned i = 0; i < n; i += 2) s.p[2][4 * i] = 1;
+  s.regs[3] = reinterpret_cast<uint64_t>(bytes);
+  s.regs[4] = 0;
+  inline_code c;
+  ASSERT_TRUE(translate_inline(0xa5a44861, 0x4000, &c));
+  run_inline_code(c, 0, false, &s);
+  EXPECT_EQ(s.raw_instr, 0u);
+  for (unsigned i = 0; i < n; ++i)
+    EXPECT_EQ(int32_t(element(i)), i % 2 ? 0 : int32_t(bytes[i])) << i;
+  // Every element active, the odd ones negative.
+  for (unsigned i = 0; i < n; ++i) s.p[2][4 * i] = 1;
+  run_inline_code(c, 0, false, &s);
+  for (unsigned i = 0; i < n; ++i) EXPECT_EQ(int32_t(element(i)), int32_t(bytes[i])) << i;
+}
+
 // st1w {z1.s}, p2, [x3, x4, lsl #2]
 constexpr uint32_t kStoreWords = 0xe5444861;
 
