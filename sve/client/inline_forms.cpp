@@ -78,6 +78,18 @@ constexpr inline_row kInlineRows[] = {
     {"VecU64CLoad2LSSZ", inline_op::load_widen_reg},
     {"VecU64CLoad4LSSZ", inline_op::load_widen_reg},
     {"VecS*CLoad*LSSZ", inline_op::load_widen_reg},
+    {"VecU16CStore1SIZ", inline_op::store_narrow_imm},
+    {"VecU32CStore1SIZ", inline_op::store_narrow_imm},
+    {"VecU64CStore1SIZ", inline_op::store_narrow_imm},
+    {"VecU32CStore2SIZ", inline_op::store_narrow_imm},
+    {"VecU64CStore2SIZ", inline_op::store_narrow_imm},
+    {"VecU64CStore4SIZ", inline_op::store_narrow_imm},
+    {"VecU16CStore1LSSZ", inline_op::store_narrow_reg},
+    {"VecU32CStore1LSSZ", inline_op::store_narrow_reg},
+    {"VecU64CStore1LSSZ", inline_op::store_narrow_reg},
+    {"VecU32CStore2LSSZ", inline_op::store_narrow_reg},
+    {"VecU64CStore2LSSZ", inline_op::store_narrow_reg},
+    {"VecU64CStore4LSSZ", inline_op::store_narrow_reg},
     {"VecF32AddVVX", inline_op::fadd_zzz},
     {"VecD64AddVVX", inline_op::fadd_zzz},
     {"VecF32SubVVX", inline_op::fsub_zzz},
@@ -619,6 +631,8 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
   case inline_op::store_reg:
   case inline_op::load_widen_imm:
   case inline_op::load_widen_reg:
+  case inline_op::store_narrow_imm:
+  case inline_op::store_narrow_reg:
     return emit_contiguous(op, size, word, pc, c);
   case inline_op::while_lo:
   case inline_op::while_lt:

@@ -29,11 +29,13 @@ contiguous_word decode(inline_op op, simd_size size, uint32_t word) {
   contiguous_word w;
   w.load = op == inline_op::load_imm || op == inline_op::load_reg ||
            op == inline_op::load_widen_imm || op == inline_op::load_widen_reg;
-  w.immediate =
-      op == inline_op::load_imm || op == inline_op::store_imm || op == inline_op::load_widen_imm;
+  w.immediate = op == inline_op::load_imm || op == inline_op::store_imm ||
+                op == inline_op::load_widen_imm || op == inline_op::store_narrow_imm;
   w.size = size;
   w.memory = size;
   w.is_signed = false;
+  if (op == inline_op::store_narrow_imm || op == inline_op::store_narrow_reg)
+    w.memory = simd_size(field(word, 24, 23)); // msz
   if (op == inline_op::load_widen_imm || op == inline_op::load_widen_reg) {
     // dtype (bits 24:21) says the memory element; below the diagonal of
     // its table (memory size above register size) are the signed forms.
@@ -87,9 +89,19 @@ void whole_vector(inline_code& c, const contiguous_word& w) {
     for (unsigned k = 0; k < vector_chunks(); ++k) store_q(c, k, kInlineRecord, z_offset(w.zt, k));
     return;
   }
+  // A narrowing store keeps each element's low bytes (xtn, one size at a
+  // time) and writes a chunk's 8, 4 or 2 bytes of them.
+  static constexpr uint32_t kStore[] = {0x3d000000, 0x7d000000, 0xbd000000, 0xfd000000};
+  const unsigned steps = w.size - w.memory;
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 0, kInlineRecord, z_offset(w.zt, k));
-    store_q(c, 0, 9, k * kChunkBytes);
+    if (steps == 0) {
+      store_q(c, 0, 9, k * kChunkBytes);
+      continue;
+    }
+    for (unsigned from = w.size; from > w.memory; --from)
+      c.put(0x0e212800 | (from - 1) << 22);          // xtn v0, v0
+    c.put(kStore[4 - steps] | k << 10 | 9 << 5 | 0); // the k-th 16 >> steps bytes
   }
 }
 
@@ -116,13 +128,14 @@ void partial_load(inline_code& c, const contiguous_word& w, unsigned* literals,
 }
 
 // One element, when its predicate bit (`bit` of Xp) is set: lane `lane` of
-// the 8 bytes in Xd goes to X9 + offset, shifted down through Xt.
-void store_if_active(inline_code& c, simd_size size, unsigned xp, unsigned bit, unsigned xd,
-                     unsigned lane, unsigned xt, unsigned offset) {
+// the 8 bytes in Xd, shifted down through Xt, goes to X9 + its index times
+// the memory element's bytes (its low bytes only, for a narrowing store).
+void store_if_active(inline_code& c, const contiguous_word& w, unsigned xp, unsigned bit,
+                     unsigned xd, unsigned lane, unsigned xt, unsigned index) {
   const unsigned skip = c.put_branch(branch_if_bit_clear(xp, bit));
-  const unsigned shift = (lane << size) * 8;
+  const unsigned shift = (lane << w.size) * 8;
   if (shift != 0) c.put(lsr_x(xt, xd, shift));
-  c.put(store_element(size, shift != 0 ? xt : xd, 9, offset));
+  c.put(store_element(w.memory, shift != 0 ? xt : xd, 9, index << w.memory));
   c.land(skip);
 }
 
@@ -151,8 +164,8 @@ void partial_store(inline_code& c, const contiguous_word& w, unsigned* literals,
         c.put(load_pair_x(12, 13, 15, k * kChunkBytes));
       for (unsigned half = 0; half < 2; ++half)
         for (unsigned lane = 0; lane < lanes; ++lane)
-          store_if_active(c, w.size, 10 + half, (lane << w.size) * 8, 12 + half, lane, 10 + half,
-                          k * kChunkBytes + 8 * half + (lane << w.size));
+          store_if_active(c, w, 10 + half, (lane << w.size) * 8, 12 + half, lane, 10 + half,
+                          ((k * kChunkBytes + 8 * half) >> w.size) + lane);
     }
     return;
   }
@@ -160,7 +173,7 @@ void partial_store(inline_code& c, const contiguous_word& w, unsigned* literals,
     load_x(c, 10, kInlineRecord, p_offset(w.pg, 0) + 8 * g);
     load_x(c, 11, kInlineRecord, z_offset(w.zt, 0) + 8 * g);
     for (unsigned lane = 0; lane < lanes; ++lane)
-      store_if_active(c, w.size, 10, (lane << w.size) * 8, 11, lane, 12, 8 * g + (lane << w.size));
+      store_if_active(c, w, 10, (lane << w.size) * 8, 11, lane, 12, ((8 * g) >> w.size) + lane);
   }
 }
 

@@ -29,6 +29,8 @@ enum class inline_op : uint8_t {
   store_reg,
   load_widen_imm, // ld1b..ld1w, ld1sb..ld1sw into wider elements
   load_widen_reg,
+  store_narrow_imm, // st1b..st1w from wider elements
+  store_narrow_reg,
   fadd_zzz,
   fsub_zzz,
   fmul_zzz,
