@@ -6,8 +6,11 @@ void inline_code::point(unsigned index, unsigned target) {
   if (index >= count) return;
   const uint32_t distance = target - index;
   const bool unconditional = (words[index] & 0xfc000000) == a64::kBranch;
+  const bool test_bit = (words[index] & 0x7e000000) == 0x36000000;
   if (unconditional)
     words[index] |= distance & 0x3ffffff;
+  else if (test_bit)
+    words[index] |= (distance & 0x3fff) << 5;
   else
     words[index] |= (distance & 0x7ffff) << 5;
 }
@@ -97,6 +100,22 @@ uint32_t and_x(unsigned xd, unsigned xn, unsigned xm) {
   return 0x8a000000 | xm << 16 | xn << 5 | xd;
 }
 
+uint32_t orr_x(unsigned xd, unsigned xn, unsigned xm) {
+  return 0xaa000000 | xm << 16 | xn << 5 | xd;
+}
+uint32_t lsr_x(unsigned xd, unsigned xn, unsigned shift) {
+  return 0xd340fc00 | shift << 16 | xn << 5 | xd;
+}
+uint32_t load_pair_x(unsigned xt1, unsigned xt2, unsigned xn, unsigned offset) {
+  return 0xa9400000 | (offset / 8) << 15 | xt2 << 10 | xn << 5 | xt1;
+}
+uint32_t store_element(simd_size size, unsigned xt, unsigned xn, unsigned offset) {
+  return 0x39000000 | uint32_t(size) << 30 | (offset >> size) << 10 | xn << 5 | xt;
+}
+uint32_t branch_if_bit_clear(unsigned xt, unsigned bit) {
+  return 0x36000000 | (bit >> 5) << 31 | (bit & 31) << 19 | xt;
+}
+
 namespace {
 // N:immr:imms of a logical immediate with one set bit per element.
 uint32_t element_ones_fields(simd_size size) {
@@ -124,6 +143,12 @@ uint32_t sub_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
 uint32_t and_v(unsigned vd, unsigned vn, unsigned vm) { return three_same(0x4e201c00, vd, vn, vm); }
 uint32_t orr_v(unsigned vd, unsigned vn, unsigned vm) { return three_same(0x4ea01c00, vd, vn, vm); }
 uint32_t eor_v(unsigned vd, unsigned vn, unsigned vm) { return three_same(0x6e201c00, vd, vn, vm); }
+uint32_t test_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x4e208c00 | size << 22, vd, vn, vm);
+}
+uint32_t insert_if_true_v(unsigned vd, unsigned vn, unsigned vm) {
+  return three_same(0x6ea01c00, vd, vn, vm);
+}
 
 uint32_t fadd_v(bool is_double, unsigned vd, unsigned vn, unsigned vm) {
   return three_same(0x4e20d400 | uint32_t(is_double) << 22, vd, vn, vm);

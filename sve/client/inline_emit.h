@@ -34,8 +34,9 @@ constexpr size_t p_offset(unsigned p, unsigned chunk) {
 }
 constexpr size_t x_offset(unsigned x) { return offsetof(cpu_state, regs) + 8 * x; }
 
-// Up to this many words stand for one SVE word.
-constexpr unsigned kInlineMaxWords = 32 + 12 * (kMaxVectorBytes / kChunkBytes);
+// Up to this many words stand for one SVE word: room for a partial store
+// element by element, up to 64 elements.
+constexpr unsigned kInlineMaxWords = 64 + 16 * (kMaxVectorBytes / kChunkBytes);
 
 // The words that, after a `blr` to the thin call entry, name the word to
 // emulate (the layout of word_call).
@@ -52,13 +53,14 @@ struct inline_code {
     else
       overflow = true;
   }
-  // A branch whose target is set later by `land`: put it, keep its index.
+  // A branch whose target is set later by `land` (b, b.cond, cbz, cbnz, tbz,
+  // tbnz, or a literal load): put it, keep its index.
   unsigned put_branch(uint32_t opcode) {
     put(opcode);
     return count - 1;
   }
-  // Points the branch at `index` (b, cbz, cbnz, or a literal load) at the
-  // word at `target`, or at the next word put.
+  // Points the branch at `index` at the word at `target`, or at the next
+  // word put.
   void point(unsigned index, unsigned target);
   void land(unsigned index) { point(index, count); }
 };
@@ -86,6 +88,15 @@ void add_constant(inline_code& c, unsigned xd, unsigned xn, int64_t value);
 // Xd = Xn + (Xm << shift).
 uint32_t add_shifted(unsigned xd, unsigned xn, unsigned xm, unsigned shift);
 uint32_t and_x(unsigned xd, unsigned xn, unsigned xm);
+uint32_t orr_x(unsigned xd, unsigned xn, unsigned xm);
+// Xd = Xn >> shift, logical.
+uint32_t lsr_x(unsigned xd, unsigned xn, unsigned shift);
+// ldp Xt1, Xt2, [Xn, #offset], offset a multiple of 8 below 512.
+uint32_t load_pair_x(unsigned xt1, unsigned xt2, unsigned xn, unsigned offset);
+// str of the low 1 << size bytes of Xt at Xn + offset (a multiple of them).
+uint32_t store_element(simd_size size, unsigned xt, unsigned xn, unsigned offset);
+// tbz Xt, #bit: a branch to be landed, taken when the bit is clear.
+uint32_t branch_if_bit_clear(unsigned xt, unsigned bit);
 // Xd = Xn AND / EOR the pattern of one set bit at the bottom of every element
 // of 1 << size bytes (0x0101..01 for bytes, 1 for doublewords).
 uint32_t and_element_ones(simd_size size, unsigned xd, unsigned xn);
@@ -96,6 +107,8 @@ constexpr uint32_t kBranch = 0x14000000;        // b
 constexpr uint32_t kBranchNonZero = 0xb5000000; // cbnz Xt: or in the register
 constexpr uint32_t kBlr = 0xd63f0000;           // or in Rn << 5
 constexpr uint32_t kLoadLiteralX = 0x58000000;  // ldr Xt, <label>: or in Rt
+constexpr uint32_t kBranchZero = 0xb4000000;    // cbz Xt: or in the register
+constexpr uint32_t kBranchHigher = 0x54000008;  // b.hi
 
 // Three-register Advanced SIMD operations on full 128-bit vectors.
 uint32_t add_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
@@ -103,6 +116,10 @@ uint32_t sub_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 uint32_t and_v(unsigned vd, unsigned vn, unsigned vm);
 uint32_t orr_v(unsigned vd, unsigned vn, unsigned vm);
 uint32_t eor_v(unsigned vd, unsigned vn, unsigned vm);
+// Each lane all ones where Vn AND Vm is non-zero in it (cmtst).
+uint32_t test_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
+// Vd = Vn where Vm's bits are set, else Vd (bit).
+uint32_t insert_if_true_v(unsigned vd, unsigned vn, unsigned vm);
 // Floating point on full vectors of singles or doubles.
 uint32_t fadd_v(bool is_double, unsigned vd, unsigned vn, unsigned vm);
 uint32_t fsub_v(bool is_double, unsigned vd, unsigned vn, unsigned vm);
@@ -141,7 +158,9 @@ uint32_t cmtst_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 // Each lane shifted right, unsigned, by its width less one: all-ones lanes
 // become 1.
 uint32_t lane_sign_to_one(simd_size size, unsigned vd, unsigned vn);
-// Every lane of Vv set to 1 (X9 serves doublewords).
+// Every lane of Vv set to 1 (X9 serves doublewords), so that a test of a
+// predicate's chunk against it (test_v) gives each element's mask: all ones
+// where the element's first predicate byte has bit 0 set.
 void lane_ones(inline_code& c, simd_size size, unsigned v);
 // Every byte of Vd set to imm.
 uint32_t movi_b(unsigned vd, uint8_t imm);

@@ -1,67 +1,17 @@
 #include "inline_forms.h"
 
 #include <atomic>
-#include <cstring>
 
 #include "../decode/sve_utils.h"
 #include "../handlers/pattern_count.h"
 #include "inline_predicates.h"
+#include "inline_compare.h"
+#include "inline_memory.h"
+#include "inline_parts.h"
 
 namespace {
 
 using namespace a64;
-
-enum class inline_op : uint8_t {
-  none,
-  add_zzz,
-  sub_zzz,
-  and_zzz,
-  orr_zzz,
-  eor_zzz,
-  add_zi,
-  sub_zi,
-  dup_zi,
-  dup_zr,
-  count_x,
-  increment_x,
-  decrement_x,
-  increment_z,
-  decrement_z,
-  load_imm, // ld1 Zt, Pg/z, [Xn|SP, #imm, mul vl], element size as memory
-  load_reg, // ld1 Zt, Pg/z, [Xn|SP, Xm, lsl #size]
-  store_imm,
-  store_reg,
-  fadd_zzz,
-  fsub_zzz,
-  fmul_zzz,
-  fadd_zpz,
-  fsub_zpz,
-  fmul_zpz,
-  fmla_zpzz,
-  fmls_zpzz,
-  fnmla_zpzz,
-  fnmls_zpzz,
-  fmad_zpzz,
-  fmsb_zpzz,
-  add_zpz, // integer, merging under any predicate
-  sub_zpz,
-  mul_zpz,
-  and_zpz,
-  orr_zpz,
-  eor_zpz,
-  smax_zpz,
-  umax_zpz,
-  smin_zpz,
-  umin_zpz,
-  sel_zpzz,
-  movprfx_zz,
-  cmp_vv,  // integer compares of two vectors, into a predicate, with flags
-  lsl_zzi, // unpredicated shifts by an immediate
-  asr_zzi,
-  lsr_zzi,
-  while_lo, // whilelo and whilelt, W or X operands (bit 12)
-  while_lt,
-};
 
 struct form_entry {
   const char* family;
@@ -115,6 +65,32 @@ constexpr inline_row kInlineRows[] = {
     {"VecU16CStore2LSSZ", inline_op::store_reg},
     {"VecU32CStore4LSSZ", inline_op::store_reg},
     {"VecU64CStore8LSSZ", inline_op::store_reg},
+    {"VecU16CLoad1SIZ", inline_op::load_widen_imm},
+    {"VecU32CLoad1SIZ", inline_op::load_widen_imm},
+    {"VecU64CLoad1SIZ", inline_op::load_widen_imm},
+    {"VecU32CLoad2SIZ", inline_op::load_widen_imm},
+    {"VecU64CLoad2SIZ", inline_op::load_widen_imm},
+    {"VecU64CLoad4SIZ", inline_op::load_widen_imm},
+    {"VecS*CLoad*SIZ", inline_op::load_widen_imm},
+    {"VecU16CLoad1LSSZ", inline_op::load_widen_reg},
+    {"VecU32CLoad1LSSZ", inline_op::load_widen_reg},
+    {"VecU64CLoad1LSSZ", inline_op::load_widen_reg},
+    {"VecU32CLoad2LSSZ", inline_op::load_widen_reg},
+    {"VecU64CLoad2LSSZ", inline_op::load_widen_reg},
+    {"VecU64CLoad4LSSZ", inline_op::load_widen_reg},
+    {"VecS*CLoad*LSSZ", inline_op::load_widen_reg},
+    {"VecU16CStore1SIZ", inline_op::store_narrow_imm},
+    {"VecU32CStore1SIZ", inline_op::store_narrow_imm},
+    {"VecU64CStore1SIZ", inline_op::store_narrow_imm},
+    {"VecU32CStore2SIZ", inline_op::store_narrow_imm},
+    {"VecU64CStore2SIZ", inline_op::store_narrow_imm},
+    {"VecU64CStore4SIZ", inline_op::store_narrow_imm},
+    {"VecU16CStore1LSSZ", inline_op::store_narrow_reg},
+    {"VecU32CStore1LSSZ", inline_op::store_narrow_reg},
+    {"VecU64CStore1LSSZ", inline_op::store_narrow_reg},
+    {"VecU32CStore2LSSZ", inline_op::store_narrow_reg},
+    {"VecU64CStore2LSSZ", inline_op::store_narrow_reg},
+    {"VecU64CStore4LSSZ", inline_op::store_narrow_reg},
     {"VecF32AddVVX", inline_op::fadd_zzz},
     {"VecD64AddVVX", inline_op::fadd_zzz},
     {"VecF32SubVVX", inline_op::fsub_zzz},
@@ -148,21 +124,19 @@ constexpr inline_row kInlineRows[] = {
     {"VecU*AndVVM", inline_op::and_zpz},
     {"VecU*OrVVM", inline_op::orr_zpz},
     {"VecU*XorVVM", inline_op::eor_zpz},
-    {"VecS8MulVVM", inline_op::mul_zpz},
-    {"VecS16MulVVM", inline_op::mul_zpz},
-    {"VecS32MulVVM", inline_op::mul_zpz},
-    {"VecS8MaxVVM", inline_op::smax_zpz},
-    {"VecS16MaxVVM", inline_op::smax_zpz},
-    {"VecS32MaxVVM", inline_op::smax_zpz},
-    {"VecU8MaxVVM", inline_op::umax_zpz},
-    {"VecU16MaxVVM", inline_op::umax_zpz},
-    {"VecU32MaxVVM", inline_op::umax_zpz},
-    {"VecS8MinVVM", inline_op::smin_zpz},
-    {"VecS16MinVVM", inline_op::smin_zpz},
-    {"VecS32MinVVM", inline_op::smin_zpz},
-    {"VecU8MinVVM", inline_op::umin_zpz},
-    {"VecU16MinVVM", inline_op::umin_zpz},
-    {"VecU32MinVVM", inline_op::umin_zpz},
+    {"VecS*MulVVM", inline_op::mul_zpz},
+    {"VecS*MaxVVM", inline_op::smax_zpz},
+    {"VecU*MaxVVM", inline_op::umax_zpz},
+    {"VecS*MinVVM", inline_op::smin_zpz},
+    {"VecU*MinVVM", inline_op::umin_zpz},
+    {"VecS*MulHVVM", inline_op::smulh_zpz},
+    {"VecU*MulHVVM", inline_op::umulh_zpz},
+    {"VecS*NegVM", inline_op::neg_zp},
+    {"VecS*AbsVM", inline_op::abs_zp},
+    {"VecS*MLAVVVM", inline_op::mla_zpzz},
+    {"VecS*MLSVVVM", inline_op::mls_zpzz},
+    {"VecS*MADDVVVM", inline_op::mad_zpzz},
+    {"VecS*MSUBVVVM", inline_op::msb_zpzz},
     {"VecU*SelVV", inline_op::sel_zpzz},
     {"VecU32SpecialMoveV", inline_op::movprfx_zz},
     {"VecU*ShlVIX", inline_op::lsl_zzi},
@@ -174,6 +148,14 @@ constexpr inline_row kInlineRows[] = {
     {"VecS*CmpFlgGTVVZ", inline_op::cmp_vv},
     {"VecS*CmpFlgEQVVZ", inline_op::cmp_vv},
     {"VecS*CmpFlgNEVVZ", inline_op::cmp_vv},
+    {"VecF32CmpGEVVZ", inline_op::fcmp_vv},
+    {"VecF32CmpGTVVZ", inline_op::fcmp_vv},
+    {"VecF32CmpEQVVZ", inline_op::fcmp_vv},
+    {"VecF32CmpNEVVZ", inline_op::fcmp_vv},
+    {"VecD64CmpGEVVZ", inline_op::fcmp_vv},
+    {"VecD64CmpGTVVZ", inline_op::fcmp_vv},
+    {"VecD64CmpEQVVZ", inline_op::fcmp_vv},
+    {"VecD64CmpNEVVZ", inline_op::fcmp_vv},
 };
 
 // "VecU*AddVVX" matches "VecU32AddVVX": the star stands for a run of digits.
@@ -217,10 +199,6 @@ inline_op op_of_form(int form) {
   if (op == uint8_t(inline_op::none)) op = predicate_op_of(kForms[form].decoder);
   form_ops[form].store(op, std::memory_order_relaxed);
   return inline_op(op);
-}
-
-unsigned field(uint32_t word, unsigned hi, unsigned lo) {
-  return word >> lo & ((1u << (hi - lo + 1)) - 1);
 }
 
 // Vd = op(Vn, Vm) chunk by chunk, Zn and Zm into Q0 and Q1.
@@ -278,248 +256,246 @@ bool shifted_imm8(uint32_t word, element_size elem, bool is_signed, uint64_t* va
   return true;
 }
 
-// A branch (to be landed) taken unless every element of Pg is active, that is
-// each element's first predicate byte is 1: the AND of all chunks, then of
-// both halves, holds each element's byte at 1.
-unsigned branch_unless_all_true(inline_code& c, unsigned pg, simd_size size) {
-  if (vector_chunks() >= 3 && vector_chunks() <= 4) {
-    add_constant(c, 9, kInlineRecord, int64_t(p_offset(pg, 0)));
-    c.put(load_consecutive_q(2, vector_chunks(), 9));
-    for (unsigned k = 1; k < vector_chunks(); ++k) c.put(and_v(2, 2, 2 + k));
-  } else {
-    for (unsigned k = 0; k < vector_chunks(); ++k) {
-      load_q(c, k == 0 ? 2 : 3, kInlineRecord, p_offset(pg, k));
-      if (k > 0) c.put(and_v(2, 2, 3));
-    }
+// The operation on one chunk: Vacc = Vacc op Vn, or Vacc +- Vn * Vm fused.
+bool put_fp_operation(inline_code& c, inline_op op, bool is_double, unsigned acc, unsigned n,
+                      unsigned m) {
+  switch (op) {
+  case inline_op::fadd_zzz:
+  case inline_op::fadd_zpz:
+    c.put(fadd_v(is_double, acc, acc, n));
+    return true;
+  case inline_op::fsub_zzz:
+  case inline_op::fsub_zpz:
+    c.put(fsub_v(is_double, acc, acc, n));
+    return true;
+  case inline_op::fmul_zzz:
+  case inline_op::fmul_zpz:
+    c.put(fmul_v(is_double, acc, acc, n));
+    return true;
+  case inline_op::fmla_zpzz:
+  case inline_op::fmad_zpzz:
+    c.put(fmla_v(is_double, acc, n, m));
+    return true;
+  case inline_op::fmls_zpzz:
+  case inline_op::fmsb_zpzz:
+    c.put(fmls_v(is_double, acc, n, m));
+    return true;
+  case inline_op::fnmla_zpzz:
+    c.put(fneg_v(is_double, acc, acc));
+    c.put(fmls_v(is_double, acc, n, m));
+    return true;
+  case inline_op::fnmls_zpzz:
+    c.put(fneg_v(is_double, acc, acc));
+    c.put(fmla_v(is_double, acc, n, m));
+    return true;
+  default:
+    return false;
   }
-  c.put(umov_d(9, 2, 0));
-  c.put(umov_d(10, 2, 1));
-  c.put(and_x(9, 9, 10));
-  c.put(and_element_ones(size, 9, 9));
-  c.put(eor_element_ones(size, 9, 9));
-  return c.put_branch(kBranchNonZero | 9);
 }
-
-// The application's FPSR on the host around floating-point code, and its
-// flags back into the record: the architecture's cumulative flags, raised by
-// the same operations.
-void fpsr_in(inline_code& c) {
-  c.put(0xb9400000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
-  c.put(0xd51b4420 | 9); // msr fpsr, x9
-}
-void fpsr_out(inline_code& c) {
-  c.put(0xd53b4420 | 9); // mrs x9, fpsr
-  c.put(0xb9000000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
-}
-
-enum class fused : uint8_t { mla, mls, nmla, nmls };
 
 // Floating point on whole vectors: unpredicated, or predicated with every
-// element active (partial predicates take the call path, since an inactive
-// element must raise no flag). Q0 is the accumulator or first operand.
-bool emit_fp(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
+// element active, Q0 the accumulator or first operand. Under a partial
+// predicate every operand of an inactive element is replaced by +0 first:
+// 0 + 0, 0 - 0, 0 * 0 and their fused forms are exact zeros under any
+// rounding mode and flush setting, so they raise no flag, and the FPSR
+// gains exactly the active elements' flags; a mask then keeps the inactive
+// elements of the destination. Without `masked` they take the call path.
+bool emit_fp(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_code& c,
+             bool masked) {
   const bool is_double = size == D;
   const unsigned zd = field(word, 4, 0), f5 = field(word, 9, 5), f16 = field(word, 20, 16);
   const unsigned pg = field(word, 12, 10);
   const bool predicated =
       op != inline_op::fadd_zzz && op != inline_op::fsub_zzz && op != inline_op::fmul_zzz;
-  unsigned to_call = 0;
-  if (predicated) to_call = branch_unless_all_true(c, pg, size);
+  // The registers into Q0, Q1 and Q2; `merged` the one that holds the
+  // destination's old value (Zdn of fmad and fmsb is their multiplicand).
+  unsigned z[3] = {zd, f5, f16}, merged = 0, count = 3;
+  switch (op) {
+  case inline_op::fadd_zzz:
+  case inline_op::fsub_zzz:
+  case inline_op::fmul_zzz:
+    z[0] = f5, z[1] = f16, count = 2;
+    break;
+  case inline_op::fadd_zpz:
+  case inline_op::fsub_zpz:
+  case inline_op::fmul_zpz:
+    count = 2;
+    break;
+  case inline_op::fmad_zpzz:
+  case inline_op::fmsb_zpzz:
+    z[0] = f16, z[1] = zd, z[2] = f5, merged = 1; // Za + Zdn * Zm
+    break;
+  default:
+    break; // Zda + Zn * Zm
+  }
+  auto load_operands = [&](unsigned k) {
+    for (unsigned i = 0; i < count; ++i) load_q(c, i, kInlineRecord, z_offset(z[i], k));
+  };
+
+  const unsigned to_partial = predicated ? branch_unless_all_true(c, pg, size) : 0;
   fpsr_in(c);
   for (unsigned k = 0; k < vector_chunks(); ++k) {
-    auto operands = [&](unsigned first, unsigned second, unsigned third) {
-      load_q(c, 0, kInlineRecord, z_offset(first, k));
-      load_q(c, 1, kInlineRecord, z_offset(second, k));
-      if (third < 32) load_q(c, 2, kInlineRecord, z_offset(third, k));
-    };
-    switch (op) {
-    case inline_op::fadd_zzz:
-    case inline_op::fsub_zzz:
-    case inline_op::fmul_zzz:
-      operands(f5, f16, 32);
-      break;
-    case inline_op::fadd_zpz:
-    case inline_op::fsub_zpz:
-    case inline_op::fmul_zpz:
-      operands(zd, f5, 32);
-      break;
-    case inline_op::fmad_zpzz:
-    case inline_op::fmsb_zpzz:
-      operands(f16, zd, f5); // Za + Zdn * Zm
-      break;
-    default:
-      operands(zd, f5, f16); // Zda + Zn * Zm
-      break;
-    }
-    switch (op) {
-    case inline_op::fadd_zzz:
-    case inline_op::fadd_zpz:
-      c.put(fadd_v(is_double, 0, 0, 1));
-      break;
-    case inline_op::fsub_zzz:
-    case inline_op::fsub_zpz:
-      c.put(fsub_v(is_double, 0, 0, 1));
-      break;
-    case inline_op::fmul_zzz:
-    case inline_op::fmul_zpz:
-      c.put(fmul_v(is_double, 0, 0, 1));
-      break;
-    case inline_op::fmla_zpzz:
-    case inline_op::fmad_zpzz:
-      c.put(fmla_v(is_double, 0, 1, 2));
-      break;
-    case inline_op::fmls_zpzz:
-    case inline_op::fmsb_zpzz:
-      c.put(fmls_v(is_double, 0, 1, 2));
-      break;
-    case inline_op::fnmla_zpzz:
-      c.put(fneg_v(is_double, 0, 0));
-      c.put(fmls_v(is_double, 0, 1, 2));
-      break;
-    case inline_op::fnmls_zpzz:
-      c.put(fneg_v(is_double, 0, 0));
-      c.put(fmla_v(is_double, 0, 1, 2));
-      break;
-    default:
-      return false;
-    }
+    load_operands(k);
+    if (!put_fp_operation(c, op, is_double, 0, 1, 2)) return false;
     store_q(c, 0, kInlineRecord, z_offset(zd, k));
   }
   fpsr_out(c);
   if (!predicated) return true;
-  const sve_decoder decoder = get_sve_handler(word);
-  if (decoder == nullptr) return false;
   const unsigned to_end = c.put_branch(kBranch);
-  c.land(to_call);
-  call_decoder(c, decoder, word, pc);
+
+  c.land(to_partial);
+  if (!masked) {
+    const sve_decoder decoder = get_sve_handler(word);
+    if (decoder == nullptr) return false;
+    call_decoder(c, decoder, word, pc);
+    c.land(to_end);
+    return true;
+  }
+  lane_ones(c, size, 4);
+  fpsr_in(c);
+  // V3 the chunk's mask; V5 the zeroed copy of the merged operand.
+  const unsigned at[3] = {merged == 0 ? 5u : 0u, merged == 1 ? 5u : 1u, 2};
+  for (unsigned k = 0; k < vector_chunks(); ++k) {
+    load_operands(k);
+    load_q(c, 3, kInlineRecord, p_offset(pg, k));
+    c.put(test_v(size, 3, 3, 4));
+    for (unsigned i = 0; i < count; ++i) c.put(and_v(at[i], i, 3));
+    put_fp_operation(c, op, is_double, at[0], at[1], at[2]);
+    c.put(insert_if_true_v(merged, at[0], 3));
+    store_q(c, merged, kInlineRecord, z_offset(zd, k));
+  }
+  fpsr_out(c);
   c.land(to_end);
   return true;
 }
 
 // Integer operations raise no flags, so a predicated one works on whole
-// vectors and keeps its inactive elements with a mask: each element whose
-// first predicate byte has bit 0 set, found by testing every lane against a
-// lane of 1 (V4, set up once per word).
-uint32_t mask_of_active(simd_size size, unsigned v, unsigned ones) {
-  return 0x4e208c00 | size << 22 | ones << 16 | v << 5 | v; // cmtst v, v, ones
+// vectors and keeps its inactive elements with a mask (lane_ones, V4).
+// Doublewords, which Advanced SIMD does not multiply, lane by lane in X9 to
+// X12: X9 from V0, X10 from V1, X11 from V6, the result from X12 into V2.
+void each_doubleword(inline_code& c, bool three, uint32_t operation) {
+  for (unsigned lane = 0; lane < 2; ++lane) {
+    c.put(umov_d(9, 0, lane));
+    c.put(umov_d(10, 1, lane));
+    if (three) c.put(umov_d(11, 6, lane));
+    c.put(operation | 12);
+    c.put((lane == 0 ? 0x4e081c00 : 0x4e181c00) | 12 << 5 | 2); // ins v2.d[lane], x12
+  }
 }
 
-bool emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
-  const unsigned zd = field(word, 4, 0), zn = field(word, 9, 5), zm = field(word, 20, 16);
-  uint32_t opcode = 0;
+// The operation of a merging form on one chunk: V2 from V0 (the
+// destination's old value), V1 (the operand in bits 9:5) and V6 (bits
+// 20:16), with V5 and V7 as scratch; false for a size it has no code for.
+bool put_merging_operation(inline_code& c, inline_op op, simd_size size) {
+  const uint32_t sz = uint32_t(size) << 22;
+  // X12 = X9 op X10 (or with X11), as A64 multiplies give it.
+  const uint32_t kMul = 0x9b007c00 | 10 << 16 | 9 << 5;
   switch (op) {
   case inline_op::add_zpz:
-    opcode = add_v(size, 2, 0, 1);
-    break;
+    c.put(add_v(size, 2, 0, 1));
+    return true;
   case inline_op::sub_zpz:
-    opcode = sub_v(size, 2, 0, 1);
-    break;
+    c.put(sub_v(size, 2, 0, 1));
+    return true;
   case inline_op::and_zpz:
-    opcode = and_v(2, 0, 1);
-    break;
+    c.put(and_v(2, 0, 1));
+    return true;
   case inline_op::orr_zpz:
-    opcode = orr_v(2, 0, 1);
-    break;
+    c.put(orr_v(2, 0, 1));
+    return true;
   case inline_op::eor_zpz:
-    opcode = eor_v(2, 0, 1);
-    break;
-  case inline_op::mul_zpz:
+    c.put(eor_v(2, 0, 1));
+    return true;
+  case inline_op::neg_zp:
+    c.put(0x6e20b800 | sz | 1 << 5 | 2);
+    return true;
+  case inline_op::abs_zp:
+    c.put(0x4e20b800 | sz | 1 << 5 | 2);
+    return true;
   case inline_op::smax_zpz:
   case inline_op::umax_zpz:
   case inline_op::smin_zpz:
   case inline_op::umin_zpz: {
-    if (size == D) return false; // no doubleword form in Advanced SIMD: not in the table
-    const uint32_t base = op == inline_op::mul_zpz    ? 0x4e209c00
-                          : op == inline_op::smax_zpz ? 0x4e206400
-                          : op == inline_op::umax_zpz ? 0x6e206400
-                          : op == inline_op::smin_zpz ? 0x4e206c00
-                                                      : 0x6e206c00;
-    opcode = base | size << 22 | 1 << 16 | 0 << 5 | 2;
-    break;
+    const bool is_signed = op == inline_op::smax_zpz || op == inline_op::smin_zpz;
+    const bool max = op == inline_op::smax_zpz || op == inline_op::umax_zpz;
+    if (size != D) {
+      const uint32_t base =
+          is_signed ? (max ? 0x4e206400 : 0x4e206c00) : (max ? 0x6e206400 : 0x6e206c00);
+      c.put(base | sz | 1 << 16 | 0 << 5 | 2);
+      return true;
+    }
+    // No doubleword max or min: a compare picks (cmgt or cmhi, then bsl).
+    const uint32_t greater = is_signed ? 0x4ee03400 : 0x6ee03400;
+    c.put(greater | (max ? 1u << 16 | 0u << 5 : 0u << 16 | 1u << 5) | 2);
+    c.put(0x6e601c00 | 1 << 16 | 0 << 5 | 2); // bsl v2, v0, v1
+    return true;
   }
-  case inline_op::sel_zpzz:
-    break;
+  case inline_op::mul_zpz:
+    if (size == D)
+      each_doubleword(c, false, kMul);
+    else
+      c.put(0x4e209c00 | sz | 1 << 16 | 0 << 5 | 2);
+    return true;
+  case inline_op::smulh_zpz:
+  case inline_op::umulh_zpz: {
+    const bool is_signed = op == inline_op::smulh_zpz;
+    if (size == D) {
+      each_doubleword(c, false, (is_signed ? 0x9b407c00 : 0x9bc07c00) | 10 << 16 | 9 << 5);
+      return true;
+    }
+    // The double-width products, then their high halves.
+    const uint32_t multiply_long = is_signed ? 0x0e20c000 : 0x2e20c000;
+    c.put(multiply_long | sz | 1 << 16 | 0 << 5 | 5);
+    c.put(multiply_long | 1u << 30 | sz | 1 << 16 | 0 << 5 | 7);
+    c.put(0x4e005800 | sz | 7 << 16 | 5 << 5 | 2); // uzp2 v2, v5, v7
+    return true;
+  }
+  case inline_op::mla_zpzz:
+  case inline_op::mls_zpzz:
+  case inline_op::mad_zpzz:
+  case inline_op::msb_zpzz: {
+    // mla, mls: Zda +- Zn * Zm; mad, msb: Za (bits 9:5) +- Zdn * Zm.
+    const bool add = op == inline_op::mla_zpzz || op == inline_op::mad_zpzz;
+    const bool accumulate_old = op == inline_op::mla_zpzz || op == inline_op::mls_zpzz;
+    const unsigned addend = accumulate_old ? 0 : 1, multiplicand = accumulate_old ? 1 : 0;
+    if (size == D) {
+      // madd/msub x12, multiplicand, x11, addend
+      const unsigned xa = 9 + addend, xn = 9 + multiplicand;
+      each_doubleword(c, true, (add ? 0x9b000000 : 0x9b008000) | 11 << 16 | xa << 10 | xn << 5);
+      return true;
+    }
+    c.put(orr_v(2, addend, addend));
+    c.put((add ? 0x4e209400 : 0x6e209400) | sz | 6 << 16 | multiplicand << 5 | 2);
+    return true;
+  }
   default:
     return false;
   }
-  const bool select = op == inline_op::sel_zpzz;
-  const unsigned pg = select ? field(word, 13, 10) : field(word, 12, 10);
-  lane_ones(c, size, 4);
-  for (unsigned k = 0; k < vector_chunks(); ++k) {
-    // sel: Zd = Pg ? Zn : Zm; the others: Zdn = Pg ? Zdn op Zm : Zdn.
-    load_q(c, 0, kInlineRecord, z_offset(select ? zm : zd, k));
-    load_q(c, select ? 2 : 1, kInlineRecord, z_offset(zn, k));
-    load_q(c, 3, kInlineRecord, p_offset(pg, k));
-    c.put(mask_of_active(size, 3, 4));
-    if (!select) c.put(opcode);
-    c.put(0x6ea01c00 | 3 << 16 | 2 << 5 | 0); // bit v0, v2, v3
-    store_q(c, 0, kInlineRecord, z_offset(zd, k));
-  }
-  return true;
 }
 
-// cmphs, cmphi, cmpge, cmpgt, cmpeq, cmpne Pd.T, Pg/z, Zn.T, Zm.T: under an
-// all-true Pg, Advanced SIMD compares give each element's mask, shifted down
-// to the predicate's byte; other predicates take the call path. Flags as a
-// test of the result under Pg: N its first element, Z none, C not its last.
-bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
-  const unsigned pd = field(word, 3, 0), zn = field(word, 9, 5), pg = field(word, 12, 10);
-  const unsigned zm = field(word, 20, 16);
-  // Bits 15 and 13 (op, o2) and 4 (ne) pick the comparison.
-  const unsigned kind = field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4);
-  uint32_t compare;
-  bool negate = false;
-  switch (kind) {
-  case 0b000:
-    compare = 0x6e203c00;
-    break; // cmphs: cmhs
-  case 0b001:
-    compare = 0x6e203400;
-    break; // cmphi: cmhi
-  case 0b100:
-    compare = 0x4e203c00;
-    break; // cmpge: cmge
-  case 0b101:
-    compare = 0x4e203400;
-    break; // cmpgt: cmgt
-  case 0b110:
-    compare = 0x6e208c00;
-    break; // cmpeq: cmeq
-  case 0b111:
-    compare = 0x6e208c00;
-    negate = true;
-    break; // cmpne: not cmeq
-  default:
-    return false;
+// Zd = Pg ? result : Zd, the result from put_merging_operation; sel: Zd =
+// Pg ? Zn : Zm.
+bool emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
+  const unsigned zd = field(word, 4, 0), zn = field(word, 9, 5), zm = field(word, 20, 16);
+  const bool select = op == inline_op::sel_zpzz;
+  const bool three = op == inline_op::mla_zpzz || op == inline_op::mls_zpzz ||
+                     op == inline_op::mad_zpzz || op == inline_op::msb_zpzz;
+  const unsigned pg = select ? field(word, 13, 10) : field(word, 12, 10);
+  {
+    inline_code probe; // whether the form has code at this size
+    if (!select && !put_merging_operation(probe, op, size)) return false;
   }
-  const sve_decoder decoder = get_sve_handler(word);
-  if (decoder == nullptr) return false;
-  const unsigned to_call = branch_unless_all_true(c, pg, size);
+  lane_ones(c, size, 4);
   for (unsigned k = 0; k < vector_chunks(); ++k) {
-    load_q(c, 0, kInlineRecord, z_offset(zn, k));
-    load_q(c, 1, kInlineRecord, z_offset(zm, k));
-    c.put(compare | size << 22 | 1 << 16 | 0 << 5 | 0);
-    if (negate) c.put(0x6e205800);                             // mvn v0, v0
-    c.put(0x6f000400 | ((8u << size) + 1) << 16 | 0 << 5 | 0); // ushr v0, #bits-1
-    store_q(c, 0, kInlineRecord, p_offset(pd, k));
-    c.put(k == 0 ? 0x4ea01c02 : 0x4ea01c42); // mov v2, v0 / orr v2, v2, v0
+    load_q(c, 0, kInlineRecord, z_offset(select ? zm : zd, k));
+    load_q(c, select ? 2 : 1, kInlineRecord, z_offset(zn, k));
+    if (three) load_q(c, 6, kInlineRecord, z_offset(zm, k));
+    load_q(c, 3, kInlineRecord, p_offset(pg, k));
+    c.put(test_v(size, 3, 3, 4));
+    if (!select) put_merging_operation(c, op, size);
+    c.put(insert_if_true_v(0, 2, 3));
+    store_q(c, 0, kInlineRecord, z_offset(zd, k));
   }
-  c.put(umov_d(11, 2, 0));
-  c.put(umov_d(12, 2, 1));
-  c.put(0xaa0c016b); // orr x11, x11, x12
-  load_byte(c, 9, kInlineRecord, p_offset(pd, 0));
-  load_byte(c, 10, kInlineRecord, p_offset(pd, 0) + process_vector_bytes() - (1u << size));
-  c.put(0xf100017f);                                     // cmp x11, #0
-  c.put(0x1a9f17e0 | 11);                                // cset w11, eq: Z
-  c.put(0x52000000 | 10 << 5 | 10);                      // eor w10, w10, #1: C
-  c.put(0x2a000000 | 11 << 16 | 1 << 10 | 10 << 5 | 10); // orr w10, w10, w11, lsl #1
-  c.put(0x2a000000 | 9 << 16 | 2 << 10 | 10 << 5 | 10);  // orr w10, w10, w9, lsl #2
-  c.put(0x53000000 | 3 << 16 | 2 << 10 | 10 << 5 | 10);  // lsl w10, w10, #29
-  store_x(c, 10, kInlineRecord, offsetof(cpu_state, nzcv));
-  const unsigned to_end = c.put_branch(kBranch);
-  c.land(to_call);
-  call_decoder(c, decoder, word, pc);
-  c.land(to_end);
   return true;
 }
 
@@ -580,52 +556,6 @@ bool emit_while(inline_op op, simd_size size, uint32_t word, inline_code& c) {
   c.put(0xf100017f);                                     // cmp x11, #0
   c.put(0x1a800000 | 14 << 16 | 0 << 12 | 15 << 5 | 14); // csel w14, w15, w14, eq
   store_x(c, 14, kInlineRecord, offsetof(cpu_state, nzcv));
-  return true;
-}
-
-// A contiguous load or store of whole elements. The inline code takes the
-// common case only: tracing off and every element active, when the vector
-// moves in Q registers. Anything else branches to a call of the word's thin
-// decoder, after the fast code. The record changes only once every access
-// has succeeded, so a fault leaves it as before the word, with the word's
-// address in it, which is what the fault path hands the application.
-bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
-  const sve_decoder decoder = get_sve_handler(word);
-  if (decoder == nullptr) return false;
-  const unsigned zt = field(word, 4, 0), xn = field(word, 9, 5), pg = field(word, 12, 10);
-  const unsigned xm = field(word, 20, 16);
-  const bool load = op == inline_op::load_imm || op == inline_op::load_reg;
-
-  const unsigned to_call_if_tracing = c.put_branch(kBranchNonZero | kInlineTraceGate);
-  const unsigned to_call_if_partial = branch_unless_all_true(c, pg, size);
-
-  // The word's address is among the call's constants below.
-  const unsigned pc_literal = c.put_branch(kLoadLiteralX | 10);
-  store_x(c, 10, kInlineRecord, offsetof(cpu_state, pc));
-  load_x(c, 9, kInlineRecord, x_offset(xn));
-  if (op == inline_op::load_imm || op == inline_op::store_imm) {
-    const int imm4 = int(field(word, 19, 16) ^ 8) - 8;
-    if (imm4 != 0) add_constant(c, 9, 9, int64_t{imm4} * process_vector_bytes());
-  } else if (xm != 31) {
-    load_x(c, 10, kInlineRecord, x_offset(xm));
-    c.put(add_shifted(9, 9, 10, size));
-  }
-  if (load) {
-    for (unsigned k = 0; k < vector_chunks(); ++k) load_q(c, k, 9, k * kChunkBytes);
-    for (unsigned k = 0; k < vector_chunks(); ++k) store_q(c, k, kInlineRecord, z_offset(zt, k));
-  } else {
-    for (unsigned k = 0; k < vector_chunks(); ++k) {
-      load_q(c, 0, kInlineRecord, z_offset(zt, k));
-      store_q(c, 0, 9, k * kChunkBytes);
-    }
-  }
-  const unsigned to_end = c.put_branch(kBranch);
-
-  c.land(to_call_if_tracing);
-  c.land(to_call_if_partial);
-  c.point(pc_literal, c.count + 1 + 2); // past the blr and the decoder
-  call_decoder(c, decoder, word, pc);
-  c.land(to_end);
   return true;
 }
 
@@ -702,12 +632,18 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
   case inline_op::load_reg:
   case inline_op::store_imm:
   case inline_op::store_reg:
+  case inline_op::load_widen_imm:
+  case inline_op::load_widen_reg:
+  case inline_op::store_narrow_imm:
+  case inline_op::store_narrow_reg:
     return emit_contiguous(op, size, word, pc, c);
   case inline_op::while_lo:
   case inline_op::while_lt:
     return emit_while(op, size, word, c);
   case inline_op::cmp_vv:
     return emit_compare(size, word, pc, c);
+  case inline_op::fcmp_vv:
+    return emit_fp_compare(size, word, c);
   case inline_op::lsl_zzi:
   case inline_op::asr_zzi:
   case inline_op::lsr_zzi: {
@@ -742,11 +678,27 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
   case inline_op::smin_zpz:
   case inline_op::umin_zpz:
   case inline_op::sel_zpzz:
+  case inline_op::smulh_zpz:
+  case inline_op::umulh_zpz:
+  case inline_op::neg_zp:
+  case inline_op::abs_zp:
+  case inline_op::mla_zpzz:
+  case inline_op::mls_zpzz:
+  case inline_op::mad_zpzz:
+  case inline_op::msb_zpzz:
     return emit_merging(op, size, word, c);
   case inline_op::none:
     break;
-  default:
-    return emit_fp(op, size, word, pc, c);
+  default: {
+    // The masked code for partial predicates when it fits (it does not for
+    // the longest vectors' fused forms), else the call path for them.
+    inline_code masked = c;
+    if (emit_fp(op, size, word, pc, masked, true) && !masked.overflow) {
+      c = masked;
+      return true;
+    }
+    return emit_fp(op, size, word, pc, c, false);
+  }
   }
   return false;
 }

@@ -102,5 +102,7 @@ row_profile profile_of(const decode_row& row) {
   p.offset_scaled = c.find("SV") != std::string::npos;
   p.first_fault =
       name.find("LoadFF") != std::string::npos || name.find("LoadNF") != std::string::npos;
+  p.contiguous = !p.first_fault && (name.find("CLoad") != std::string::npos ||
+                                    name.find("CStore") != std::string::npos);
   return p;
 }

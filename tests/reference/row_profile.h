@@ -30,6 +30,7 @@ struct row_profile {
   bool offset_signed;  // vector offsets are sign-extended
   bool offset_scaled;  // vector offsets count memory elements, not bytes
   bool first_fault;    // first-fault or non-fault: may meet the unreadable page
+  bool contiguous;     // a plain contiguous load or store: may meet it too
   // A conversion from half or single in the low bits of a wider element:
   // the source's bytes; else elem_bytes.
   unsigned source_bytes;

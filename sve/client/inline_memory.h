@@ -1,0 +1,6 @@
+// The memory forms of the inline tier: contiguous loads and stores.
+#pragma once
+
+#include "inline_parts.h"
+
+bool emit_contiguous(inline_op op, a64::simd_size size, uint32_t word, uint64_t pc, inline_code& c);

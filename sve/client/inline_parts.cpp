@@ -1,0 +1,63 @@
+#include "inline_parts.h"
+
+#include <cstring>
+
+using namespace a64;
+
+unsigned field(uint32_t word, unsigned hi, unsigned lo) {
+  return word >> lo & ((1u << (hi - lo + 1)) - 1);
+}
+
+namespace {
+
+// The AND (or, with `any`, the OR) of Pg's chunks into V2, then a branch
+// (to be landed) taken when bit 0 of some (or of every) element's first
+// byte there is clear. Below doublewords that bit is shifted to the top of
+// its lane and the lanes' minimum (or maximum) tested, which no mask
+// constant needs; doublewords fold into X9 and test against one.
+unsigned branch_on_predicate(inline_code& c, unsigned pg, simd_size size, bool any) {
+  const auto combine = any ? orr_v : and_v;
+  if (predicate_address_kept()) {
+    add_constant(c, 14, kInlineRecord, int64_t(p_offset(pg, 0)));
+    c.put(load_consecutive_q(2, vector_chunks(), 14));
+    for (unsigned k = 1; k < vector_chunks(); ++k) c.put(combine(2, 2, 2 + k));
+  } else {
+    for (unsigned k = 0; k < vector_chunks(); ++k) {
+      load_q(c, k == 0 ? 2 : 3, kInlineRecord, p_offset(pg, k));
+      if (k > 0) c.put(combine(2, 2, 3));
+    }
+  }
+  if (size != D) {
+    const unsigned top = (8u << size) - 1;
+    c.put(0x4f005400 | ((8u << size) + top) << 16 | 2 << 5 | 2);      // shl v2, v2, #top
+    c.put((any ? 0x6e30a800 : 0x6e31a800) | size << 22 | 2 << 5 | 2); // umaxv / uminv
+    c.put(0x1e260000 | 2 << 5 | 9);                                   // fmov w9, s2
+    return c.put_branch(branch_if_bit_clear(9, top));
+  }
+  c.put(umov_d(9, 2, 0));
+  c.put(umov_d(10, 2, 1));
+  c.put(any ? orr_x(9, 9, 10) : and_x(9, 9, 10));
+  c.put(and_element_ones(size, 9, 9));
+  if (any) return c.put_branch(kBranchZero | 9);
+  c.put(eor_element_ones(size, 9, 9));
+  return c.put_branch(kBranchNonZero | 9);
+}
+
+} // namespace
+
+unsigned branch_unless_all_true(inline_code& c, unsigned pg, simd_size size) {
+  return branch_on_predicate(c, pg, size, false);
+}
+
+unsigned branch_unless_any_active(inline_code& c, unsigned pg, simd_size size) {
+  return branch_on_predicate(c, pg, size, true);
+}
+
+void fpsr_in(inline_code& c) {
+  c.put(0xb9400000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
+  c.put(0xd51b4420 | 9); // msr fpsr, x9
+}
+void fpsr_out(inline_code& c) {
+  c.put(0xd53b4420 | 9); // mrs x9, fpsr
+  c.put(0xb9000000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
+}

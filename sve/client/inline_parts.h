@@ -1,0 +1,92 @@
+// Pieces that the inline forms of every family share: the forms themselves,
+// field extraction, the all-true test of a predicate and the call path.
+#pragma once
+
+#include <cstdint>
+
+#include "../decode/sve_utils.h"
+#include "inline_emit.h"
+
+enum class inline_op : uint8_t {
+  none,
+  add_zzz,
+  sub_zzz,
+  and_zzz,
+  orr_zzz,
+  eor_zzz,
+  add_zi,
+  sub_zi,
+  dup_zi,
+  dup_zr,
+  count_x,
+  increment_x,
+  decrement_x,
+  increment_z,
+  decrement_z,
+  load_imm, // ld1 Zt, Pg/z, [Xn|SP, #imm, mul vl], element size as memory
+  load_reg, // ld1 Zt, Pg/z, [Xn|SP, Xm, lsl #size]
+  store_imm,
+  store_reg,
+  load_widen_imm, // ld1b..ld1w, ld1sb..ld1sw into wider elements
+  load_widen_reg,
+  store_narrow_imm, // st1b..st1w from wider elements
+  store_narrow_reg,
+  fadd_zzz,
+  fsub_zzz,
+  fmul_zzz,
+  fadd_zpz,
+  fsub_zpz,
+  fmul_zpz,
+  fmla_zpzz,
+  fmls_zpzz,
+  fnmla_zpzz,
+  fnmls_zpzz,
+  fmad_zpzz,
+  fmsb_zpzz,
+  add_zpz, // integer, merging under any predicate
+  sub_zpz,
+  mul_zpz,
+  and_zpz,
+  orr_zpz,
+  eor_zpz,
+  smax_zpz,
+  umax_zpz,
+  smin_zpz,
+  umin_zpz,
+  smulh_zpz,
+  umulh_zpz,
+  neg_zp,
+  abs_zp,
+  mla_zpzz, // Zda + Zn * Zm
+  mls_zpzz,
+  mad_zpzz, // Za + Zdn * Zm
+  msb_zpzz,
+  sel_zpzz,
+  movprfx_zz,
+  cmp_vv,  // integer compares of two vectors, into a predicate, with flags
+  fcmp_vv, // floating-point compares of two vectors, into a predicate
+  lsl_zzi, // unpredicated shifts by an immediate
+  asr_zzi,
+  lsr_zzi,
+  while_lo, // whilelo and whilelt, W or X operands (bit 12)
+  while_lt,
+};
+
+unsigned field(uint32_t word, unsigned hi, unsigned lo);
+
+// A branch (to be landed) taken unless every element of Pg is active, that is
+// bit 0 of each element's first predicate byte is set. X9, X10, X14, X15
+// and V2 to V5 are scratch.
+unsigned branch_unless_all_true(inline_code& c, unsigned pg, a64::simd_size size);
+// Whether, after those tests, X14 holds Pg's address in the record: for
+// vectors of 3 or 4 chunks, whose predicate is loaded from there at once.
+inline bool predicate_address_kept() { return vector_chunks() >= 3 && vector_chunks() <= 4; }
+// A branch (to be landed) taken when no element of Pg is active; the same
+// registers.
+unsigned branch_unless_any_active(inline_code& c, unsigned pg, a64::simd_size size);
+
+// The application's FPSR on the host around floating-point code (X9 as
+// scratch), and its flags back into the record: the architecture's
+// cumulative flags, raised by the same operations.
+void fpsr_in(inline_code& c);
+void fpsr_out(inline_code& c);
