@@ -6,6 +6,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 
 #include "code_retire.h"
@@ -193,14 +194,49 @@ uint64_t enter_runtime_tls() {
   const uint64_t app_tp = read_tp();
   if (app_tp == tp) return 0;
   write_tp(tp);
+  // A handler that interrupts the runtime from here on gives the program's
+  // code this one.
+  if (current != nullptr) current->block.app_tp = app_tp;
   return app_tp;
+}
+
+namespace {
+
+constexpr int kMaxSharedThreadPointers = 64;
+std::atomic<uint64_t> shared_thread_pointers[kMaxSharedThreadPointers];
+std::atomic<int> shared_thread_pointer_count;
+
+bool shared(uint64_t app_tp) {
+  const int n = std::min(shared_thread_pointer_count.load(), kMaxSharedThreadPointers);
+  for (int i = 0; i < n; ++i)
+    if (shared_thread_pointers[i].load() == app_tp) return true;
+  return false;
+}
+
+} // namespace
+
+void thread_pointer_shared(uint64_t app_tp) {
+  if (app_tp == 0 || shared(app_tp)) return;
+  const int n = shared_thread_pointer_count.fetch_add(1);
+  if (n < kMaxSharedThreadPointers) {
+    shared_thread_pointers[n].store(app_tp);
+  } else {
+    static const char message[] =
+        "zorvo: too many threads made by a raw clone share their creator's thread pointer\n";
+    raw_syscall(SYS_write, 2, reinterpret_cast<long>(message), sizeof message - 1);
+    raw_syscall(SYS_exit_group, 1);
+  }
 }
 
 void leave_runtime_tls(uint64_t app_tp) {
   if (app_tp == 0) return;
   // Where the site stubs look for the thread.
-  reinterpret_cast<rt_thread**>(app_tp + kTcbUnusedWordOffset)[0] = current;
+  reinterpret_cast<rt_thread**>(app_tp + kTcbUnusedWordOffset)[0] =
+      shared(app_tp) ? nullptr : current;
   write_tp(app_tp);
 }
 
-void set_thread_pointer(uint64_t tp) { write_tp(tp); }
+uint64_t program_thread_pointer(uint64_t app_tp) {
+  if (app_tp != 0 || !static_program || current == nullptr) return app_tp;
+  return current->block.app_tp;
+}
