@@ -133,12 +133,13 @@ uint64_t read_tp() {
 
 void write_tp(uint64_t tp) { asm volatile("msr tpidr_el0, %0" : : "r"(tp) : "memory"); }
 
-long raw_syscall(long n, long a = 0, long b = 0, long c = 0) {
+long raw_syscall(long n, long a = 0, long b = 0, long c = 0, long d = 0) {
   register long x8 asm("x8") = n;
   register long x0 asm("x0") = a;
   register long x1 asm("x1") = b;
   register long x2 asm("x2") = c;
-  asm volatile("svc #0" : "+r"(x0) : "r"(x8), "r"(x1), "r"(x2) : "memory");
+  register long x3 asm("x3") = d;
+  asm volatile("svc #0" : "+r"(x0) : "r"(x8), "r"(x1), "r"(x2), "r"(x3) : "memory");
   return x0;
 }
 
@@ -163,12 +164,19 @@ uint64_t new_runtime_tls(long tid) {
   // The dynamic loader's allocator, at this point of the process, is not
   // made for threads.
   static std::atomic_flag allocating = ATOMIC_FLAG_INIT;
+  // A handler of another signal (the program's, through the wrapper) that
+  // came meanwhile would wait here for ever.
+  const uint64_t all = ~uint64_t(0);
+  uint64_t before = 0;
+  raw_syscall(SYS_rt_sigprocmask, SIG_BLOCK, reinterpret_cast<long>(&all),
+              reinterpret_cast<long>(&before), sizeof all);
   while (allocating.test_and_set(std::memory_order_acquire)) {
   }
   void* tcb = allocate_tls && runtime_tls_count.load() < kMaxStaticThreads ? allocate_tls(nullptr)
                                                                            : nullptr;
   if (tcb != nullptr) add_runtime_tls(tid, reinterpret_cast<uint64_t>(tcb));
   allocating.clear(std::memory_order_release);
+  raw_syscall(SYS_rt_sigprocmask, SIG_SETMASK, reinterpret_cast<long>(&before), 0, sizeof before);
   if (tcb == nullptr) no_runtime_tls();
   return reinterpret_cast<uint64_t>(tcb);
 }
