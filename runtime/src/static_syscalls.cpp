@@ -47,7 +47,6 @@ int site_count;
 // in the child alike, the context goes back to the word after the site.
 constexpr uint32_t kCloneReturnTrap = 0x00005a44; // udf #0x5a44
 uint32_t* clone_trampolines;                      // two words per site
-size_t clone_trampoline_bytes;
 
 unsigned long vector_bytes;
 bool initial_vl_inherit;
@@ -220,15 +219,15 @@ long exec(const ucontext_t* uc, const uint64_t* a) {
 }
 
 void make_clone_trampolines() {
-  clone_trampoline_bytes = (site_count * 8 + 4095) & ~size_t(4095);
-  auto* words = static_cast<uint32_t*>(map_pages(clone_trampoline_bytes));
+  const size_t bytes = (site_count * 8 + 4095) & ~size_t(4095);
+  auto* words = static_cast<uint32_t*>(map_pages(bytes));
   if (words == nullptr) return;
   for (int i = 0; i < site_count; ++i) {
     words[2 * i] = kSvc0;
     words[2 * i + 1] = kCloneReturnTrap;
   }
-  if (mprotect(words, clone_trampoline_bytes, PROT_READ | PROT_EXEC) != 0) {
-    unmap_pages(words, clone_trampoline_bytes);
+  if (mprotect(words, bytes, PROT_READ | PROT_EXEC) != 0) {
+    unmap_pages(words, bytes);
     return;
   }
   __builtin___clear_cache(reinterpret_cast<char*>(words),
