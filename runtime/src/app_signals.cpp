@@ -80,6 +80,9 @@ int application_signal_action(int sig, const struct sigaction* act, struct sigac
     remove_runtime_signals(&real.sa_mask);
     if (has_handler(*act) || (act->sa_handler == SIG_DFL && ends_process_by_default(sig)))
       real = wrapper_action(real);
+    // The wrapper resets the action it keeps; the kernel keeps the wrapper,
+    // so that a signal that then ends the process runs the exit events.
+    if (ends_process_by_default(sig)) real.sa_flags &= ~SA_RESETHAND;
     // The record first: a signal that comes in between finds the new
     // handler behind either action.
     mine = *act;
