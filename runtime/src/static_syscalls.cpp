@@ -241,6 +241,8 @@ bool is_clone(long number) { return number == SYS_clone || number == SYS_clone3;
 // own runs with its creator's thread pointer; a vfork child does too, but
 // its parent waits meanwhile.
 bool shares_thread_pointer(long number, const uint64_t* x) {
+  // clone3's arguments: the kernel refuses a null or short structure.
+  if (number == SYS_clone3 && (x[0] == 0 || x[1] < sizeof(uint64_t))) return false;
   const uint64_t flags = number == SYS_clone ? x[0] : *reinterpret_cast<const uint64_t*>(x[0]);
   return (flags & CLONE_VM) && !(flags & (CLONE_SETTLS | CLONE_VFORK));
 }
