@@ -40,7 +40,8 @@ void on_application_signal(int sig, siginfo_t* info, void* context) {
   const int saved_errno = errno;
   const struct sigaction& action = app_actions[sig];
   if (has_handler(action)) {
-    run_handler(&app_actions[sig], sig, info, static_cast<ucontext_t*>(context), app_tp);
+    run_handler(&app_actions[sig], sig, info, static_cast<ucontext_t*>(context),
+                program_thread_pointer(app_tp));
   } else if (action.sa_handler == SIG_DFL && ends_process_by_default(sig)) {
     // The exit events, then the same signal again with the default action,
     // whoever sent it: it waits for this handler to return.
@@ -67,8 +68,7 @@ bool handler_runs_through_runtime(int sig) {
          sig != SIGKILL && sig != SIGSTOP;
 }
 
-int application_signal_action(int sig, const struct sigaction* act, struct sigaction* old,
-                              bool handlers_through_runtime) {
+int application_signal_action(int sig, const struct sigaction* act, struct sigaction* old) {
   struct sigaction& mine = app_actions[sig];
   if (!app_action_known[sig]) {
     if (libc.sigaction(sig, nullptr, &mine) != 0) return -1;
@@ -78,9 +78,11 @@ int application_signal_action(int sig, const struct sigaction* act, struct sigac
   if (act != nullptr) {
     struct sigaction real = *act;
     remove_runtime_signals(&real.sa_mask);
-    if ((has_handler(*act) && handlers_through_runtime) ||
-        (act->sa_handler == SIG_DFL && ends_process_by_default(sig)))
+    if (has_handler(*act) || (act->sa_handler == SIG_DFL && ends_process_by_default(sig)))
       real = wrapper_action(real);
+    // The wrapper resets the action it keeps; the kernel keeps the wrapper,
+    // so that a signal that then ends the process runs the exit events.
+    if (ends_process_by_default(sig)) real.sa_flags &= ~SA_RESETHAND;
     // The record first: a signal that comes in between finds the new
     // handler behind either action.
     mine = *act;

@@ -73,8 +73,7 @@ zorvo_fault_delivery_trap:
 void hand_over_to_application(int sig, const siginfo_t* info, ucontext_t* uc, uint64_t* app_tp) {
   handed_over = {sig, *info, uc->uc_mcontext.pc};
   uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(&zorvo_fault_delivery_trap);
-  if (separate_thread_pointer() && *app_tp == 0)
-    if (const rt_thread* t = current_thread()) *app_tp = t->block.app_tp;
+  *app_tp = program_thread_pointer(*app_tp);
 }
 
 // A fault the application would have met without the runtime goes to its
@@ -92,7 +91,7 @@ void on_fault(int sig, siginfo_t* info, void* context) {
     if (!client_running(uc) && has_handler(actions.application))
       hand_over_to_application(sig, info, uc, &app_tp);
   } else {
-    run_handler(&actions.application, sig, info, uc, app_tp);
+    run_handler(&actions.application, sig, info, uc, program_thread_pointer(app_tp));
   }
   errno = saved_errno;
   leave_runtime_tls(app_tp);

@@ -112,8 +112,13 @@ struct handler_call {
   void* context;
   uintptr_t stack;     // 0: the current one
   const void* vectors; // 32 x 16 bytes for V0-V31, or null
+  // The thread pointer the handler runs with, or 0 for the current one: the
+  // switch is made here, since nothing of the runtime may run with a static
+  // program's own.
+  uint64_t thread_pointer;
 };
-static_assert(offsetof(handler_call, stack) == 32 && offsetof(handler_call, vectors) == 40);
+static_assert(offsetof(handler_call, stack) == 32 && offsetof(handler_call, vectors) == 40 &&
+              offsetof(handler_call, thread_pointer) == 48);
 
 } // namespace
 
@@ -126,16 +131,21 @@ asm(R"(
         .hidden zorvo_call_handler
         .type   zorvo_call_handler, %function
 zorvo_call_handler:
-        stp     x29, x30, [sp, #-96]!
+        stp     x29, x30, [sp, #-112]!
         mov     x29, sp
         stp     x19, x20, [sp, #16]
         stp     d8, d9, [sp, #32]
         stp     d10, d11, [sp, #48]
         stp     d12, d13, [sp, #64]
         stp     d14, d15, [sp, #80]
+        str     x21, [sp, #96]
         mov     x19, sp
         ldr     x20, [x0]
-        ldr     x9, [x0, #32]
+        mrs     x21, tpidr_el0
+        ldr     x9, [x0, #48]
+        cbz     x9, 3f
+        msr     tpidr_el0, x9
+3:      ldr     x9, [x0, #32]
         cbz     x9, 1f
         mov     sp, x9
 1:      ldr     x9, [x0, #40]
@@ -159,13 +169,15 @@ zorvo_call_handler:
         ldp     q28, q29, [x9, #448]
         ldp     q30, q31, [x9, #480]
 2:      blr     x20
+        msr     tpidr_el0, x21
         mov     sp, x19
+        ldr     x21, [sp, #96]
         ldp     d14, d15, [sp, #80]
         ldp     d12, d13, [sp, #64]
         ldp     d10, d11, [sp, #48]
         ldp     d8, d9, [sp, #32]
         ldp     x19, x20, [sp, #16]
-        ldp     x29, x30, [sp], #96
+        ldp     x29, x30, [sp], #112
         ret
         .size   zorvo_call_handler, . - zorvo_call_handler
 )");
@@ -193,8 +205,9 @@ const void* interrupted_vectors(ucontext_t* uc, const void* record, uint64_t* ap
 } // namespace
 
 void call_application_handler(const struct sigaction& action, int sig, siginfo_t* info,
-                              ucontext_t* uc) {
-  handler_call call{reinterpret_cast<const void*>(action.sa_sigaction), sig, info, uc, 0, nullptr};
+                              ucontext_t* uc, uint64_t app_tp) {
+  handler_call call{
+      reinterpret_cast<const void*>(action.sa_sigaction), sig, info, uc, 0, nullptr, app_tp};
   rt_thread* t = current_thread();
   if (t == nullptr) {
     zorvo_call_handler(&call);

@@ -7,14 +7,16 @@
 #pragma once
 
 #include <signal.h>
+#include <stdint.h>
 #include <ucontext.h>
 
 struct rt_thread;
 
 // Calls the handler of action for sig, with the thread's state kept around
-// it. A handler that leaves by siglongjmp abandons what it interrupted;
-// the room that state held is taken back at the thread's next handler.
+// it, and with app_tp as its thread pointer unless that is 0. A handler that
+// leaves by siglongjmp abandons what it interrupted; the room that state
+// held is taken back at the thread's next handler.
 void call_application_handler(const struct sigaction& action, int sig, siginfo_t* info,
-                              ucontext_t* uc);
+                              ucontext_t* uc, uint64_t app_tp);
 // The thread's saved states go with it.
 void release_interrupted_states(rt_thread* t);

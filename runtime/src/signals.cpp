@@ -142,10 +142,9 @@ void run_handler(struct sigaction* action_in_force, int sig, siginfo_t* info, uc
   libc.pthread_sigmask(SIG_SETMASK, &mask, &old);
   // The handler runs with the program's thread pointer, the runtime's
   // again after it.
-  const uint64_t runtime_tp = reinterpret_cast<uint64_t>(__builtin_thread_pointer());
-  if (app_tp) set_thread_pointer(app_tp);
-  call_application_handler(action, sig, info, uc);
-  if (app_tp) set_thread_pointer(runtime_tp);
+  const bool switch_tp =
+      app_tp != 0 && app_tp != reinterpret_cast<uint64_t>(__builtin_thread_pointer());
+  call_application_handler(action, sig, info, uc, switch_tp ? app_tp : 0);
   libc.pthread_sigmask(SIG_SETMASK, &old, nullptr);
 }
 
@@ -167,10 +166,11 @@ void report_word_not_emulated(const siginfo_t* info, const ucontext_t* uc) {
 }
 
 void on_sigill(int sig, siginfo_t* info, void* context) {
+  auto* uc = static_cast<ucontext_t*>(context);
+  if (take_clone_return(uc)) return;
   const uint64_t app_tp = enter_runtime_tls();
   const int saved_errno = errno;
-  auto* uc = static_cast<ucontext_t*>(context);
-  if (take_static_system_call(uc)) {
+  if (take_static_system_call(uc, app_tp)) {
     errno = saved_errno;
     leave_runtime_tls(app_tp);
     return;
@@ -180,7 +180,7 @@ void on_sigill(int sig, siginfo_t* info, void* context) {
     // done: the application's fault handler ran
   } else if (!take_over(info, uc)) {
     report_word_not_emulated(info, uc);
-    run_handler(&app_action, sig, info, uc, app_tp);
+    run_handler(&app_action, sig, info, uc, program_thread_pointer(app_tp));
   }
   errno = saved_errno;
   leave_runtime_tls(app_tp);

@@ -27,11 +27,7 @@ void application_sigill_action(const struct sigaction* act, struct sigaction* ol
 // holds the runtime's wrapper, which runs the application's handler with the
 // interrupted code's state kept (interrupted.h).
 bool handler_runs_through_runtime(int sig);
-// handlers_through_runtime false: the kernel calls the application's
-// handler itself (a statically linked program's, whose handlers would run
-// with the runtime's thread pointer where it interrupted an emulation call).
-int application_signal_action(int sig, const struct sigaction* act, struct sigaction* old,
-                              bool handlers_through_runtime = true);
+int application_signal_action(int sig, const struct sigaction* act, struct sigaction* old);
 // The signals whose default action ends the process, while the application
 // leaves them at the default: the exit events run before the signal ends it.
 void take_ending_signals();

@@ -1,5 +1,6 @@
 #include "static_syscalls.h"
 
+#include <sched.h>
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
@@ -19,6 +20,7 @@
 #include "relaunch_command.h"
 #include "runtime.h"
 #include "signals.h"
+#include "thread.h"
 #include "vector_length_control.h"
 
 namespace {
@@ -36,6 +38,15 @@ constexpr long kTrappedCalls[] = {SYS_rt_sigaction, SYS_rt_sigprocmask, SYS_prct
 constexpr int kMaxSites = 1024;
 uintptr_t sites[kMaxSites]; // sorted
 int site_count;
+
+// A clone cannot be made in the runtime's handler: the new thread would
+// start there, on the stack its creator gave it, in the middle of the
+// handler's frames (which a vfork child would overwrite under its parent).
+// The program makes it itself, with its own registers and signal mask, from
+// its site's trampoline, `svc #0` and a trap; at the trap, in the parent and
+// in the child alike, the context goes back to the word after the site.
+constexpr uint32_t kCloneReturnTrap = 0x00005a44; // udf #0x5a44
+uint32_t* clone_trampolines;                      // two words per site
 
 unsigned long vector_bytes;
 bool initial_vl_inherit;
@@ -133,7 +144,7 @@ long signal_action(int sig, const kernel_sigaction* act, kernel_sigaction* old) 
   else if (fault_signal_taken(sig))
     fault_signal_action(sig, act ? &a : nullptr, &o, false);
   else if (handler_runs_through_runtime(sig))
-    rc = application_signal_action(sig, act ? &a : nullptr, &o, false);
+    rc = application_signal_action(sig, act ? &a : nullptr, &o);
   else
     return -ENOSYS; // the kernel's own answer
   if (rc != 0) return -errno;
@@ -207,6 +218,45 @@ long exec(const ucontext_t* uc, const uint64_t* a) {
   return raw_system_call(SYS_execve, call);
 }
 
+void make_clone_trampolines() {
+  const size_t bytes = (site_count * 8 + 4095) & ~size_t(4095);
+  auto* words = static_cast<uint32_t*>(map_pages(bytes));
+  if (words == nullptr) return;
+  for (int i = 0; i < site_count; ++i) {
+    words[2 * i] = kSvc0;
+    words[2 * i + 1] = kCloneReturnTrap;
+  }
+  if (mprotect(words, bytes, PROT_READ | PROT_EXEC) != 0) {
+    unmap_pages(words, bytes);
+    return;
+  }
+  __builtin___clear_cache(reinterpret_cast<char*>(words),
+                          reinterpret_cast<char*>(words) + site_count * 8);
+  clone_trampolines = words;
+}
+
+bool is_clone(long number) { return number == SYS_clone || number == SYS_clone3; }
+
+// A thread that shares its creator's memory but not a thread block of its
+// own runs with its creator's thread pointer; a vfork child does too, but
+// its parent waits meanwhile.
+bool shares_thread_pointer(long number, const uint64_t* x) {
+  // clone3's arguments: the kernel refuses a null or short structure.
+  if (number == SYS_clone3 && (x[0] == 0 || x[1] < sizeof(uint64_t))) return false;
+  const uint64_t flags = number == SYS_clone ? x[0] : *reinterpret_cast<const uint64_t*>(x[0]);
+  return (flags & CLONE_VM) && !(flags & (CLONE_SETTLS | CLONE_VFORK));
+}
+
+// The clone at site `site` is made from its trampoline; false when there are
+// none (no memory was left for them at the start).
+bool make_clone_at_trampoline(ucontext_t* uc, int site, long number, uint64_t app_tp) {
+  if (clone_trampolines == nullptr) return false;
+  if (shares_thread_pointer(number, reinterpret_cast<const uint64_t*>(uc->uc_mcontext.regs)))
+    thread_pointer_shared(app_tp);
+  uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(clone_trampolines + 2 * site);
+  return true;
+}
+
 // -ENOSYS: the call goes to the kernel as it is.
 long carry_out(ucontext_t* uc, long number, const uint64_t* a) {
   switch (number) {
@@ -278,17 +328,31 @@ void trap_static_system_calls(const ElfW(Phdr) * phdr, int phnum, int vector_len
       if (start[w] == kSvc0 && trapped(system_call_number(start + w, start))) patch(start + w);
   }
   std::sort(sites, sites + site_count);
+  if (site_count > 0) make_clone_trampolines();
   dr_log(nullptr, DR_LOG_ALL, 1, "zorvo: %d system call sites of the program trapped\n",
          site_count);
 }
 
-bool take_static_system_call(ucontext_t* uc) {
+bool take_clone_return(ucontext_t* uc) {
+  if (clone_trampolines == nullptr) return false;
+  const uintptr_t offset = uc->uc_mcontext.pc - reinterpret_cast<uintptr_t>(clone_trampolines);
+  if (offset >= static_cast<uintptr_t>(site_count) * 8 || offset % 8 != 4) return false;
+  uc->uc_mcontext.pc = sites[offset / 8] + 4;
+  return true;
+}
+
+bool take_static_system_call(ucontext_t* uc, uint64_t app_tp) {
   const uintptr_t pc = uc->uc_mcontext.pc;
-  if (site_count == 0 || !std::binary_search(sites, sites + site_count, pc)) return false;
+  if (site_count == 0) return false;
+  const uintptr_t* site = std::lower_bound(sites, sites + site_count, pc);
+  if (site == sites + site_count || *site != pc) return false;
   auto* x = reinterpret_cast<uint64_t*>(uc->uc_mcontext.regs);
   const long number = static_cast<long>(x[8]);
   dr_log(nullptr, DR_LOG_ALL, 3, "zorvo: system call %ld at %p\n", number,
          reinterpret_cast<void*>(pc));
+  if (is_clone(number) &&
+      make_clone_at_trampoline(uc, static_cast<int>(site - sites), number, app_tp))
+    return true;
   long rc = carry_out(uc, number, x);
   if (rc == -ENOSYS) {
     // A call that may block (one made through syscall()) waits with the

@@ -16,6 +16,13 @@
 void trap_static_system_calls(const ElfW(Phdr) * phdr, int phnum, int vector_bytes,
                               bool vector_length_inherited, const char* relaunch_command);
 // A SIGILL at one of those sites: the call is carried out for the program,
-// its result in X0, and the context moves past the site. False for any
-// other SIGILL.
-bool take_static_system_call(ucontext_t* uc);
+// its result in X0, and the context moves past the site; a clone goes to a
+// trampoline of the site's, where the program makes it with its own svc.
+// app_tp: the program's thread pointer as enter_runtime_tls gave it back.
+// False for any other SIGILL.
+bool take_static_system_call(ucontext_t* uc, uint64_t app_tp);
+// A SIGILL at the trap after a trampoline's svc, in the thread that made
+// the clone or in the new one: the context goes on after the site. Uses no
+// thread-local storage, so that it can come first: the new thread, or a
+// vfork child, has nothing of the runtime's yet.
+bool take_clone_return(ucontext_t* uc);

@@ -6,6 +6,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 
 #include "code_retire.h"
@@ -130,12 +131,13 @@ uint64_t read_tp() {
 
 void write_tp(uint64_t tp) { asm volatile("msr tpidr_el0, %0" : : "r"(tp) : "memory"); }
 
-long raw_syscall(long n, long a = 0, long b = 0, long c = 0) {
+long raw_syscall(long n, long a = 0, long b = 0, long c = 0, long d = 0) {
   register long x8 asm("x8") = n;
   register long x0 asm("x0") = a;
   register long x1 asm("x1") = b;
   register long x2 asm("x2") = c;
-  asm volatile("svc #0" : "+r"(x0) : "r"(x8), "r"(x1), "r"(x2) : "memory");
+  register long x3 asm("x3") = d;
+  asm volatile("svc #0" : "+r"(x0) : "r"(x8), "r"(x1), "r"(x2), "r"(x3) : "memory");
   return x0;
 }
 
@@ -160,12 +162,19 @@ uint64_t new_runtime_tls(long tid) {
   // The dynamic loader's allocator, at this point of the process, is not
   // made for threads.
   static std::atomic_flag allocating = ATOMIC_FLAG_INIT;
+  // A handler of another signal (the program's, through the wrapper) that
+  // came meanwhile would wait here for ever.
+  const uint64_t all = ~uint64_t(0);
+  uint64_t before = 0;
+  raw_syscall(SYS_rt_sigprocmask, SIG_BLOCK, reinterpret_cast<long>(&all),
+              reinterpret_cast<long>(&before), sizeof all);
   while (allocating.test_and_set(std::memory_order_acquire)) {
   }
   void* tcb = allocate_tls && runtime_tls_count.load() < kMaxStaticThreads ? allocate_tls(nullptr)
                                                                            : nullptr;
   if (tcb != nullptr) add_runtime_tls(tid, reinterpret_cast<uint64_t>(tcb));
   allocating.clear(std::memory_order_release);
+  raw_syscall(SYS_rt_sigprocmask, SIG_SETMASK, reinterpret_cast<long>(&before), 0, sizeof before);
   if (tcb == nullptr) no_runtime_tls();
   return reinterpret_cast<uint64_t>(tcb);
 }
@@ -191,14 +200,49 @@ uint64_t enter_runtime_tls() {
   const uint64_t app_tp = read_tp();
   if (app_tp == tp) return 0;
   write_tp(tp);
+  // A handler that interrupts the runtime from here on gives the program's
+  // code this one.
+  if (current != nullptr) current->block.app_tp = app_tp;
   return app_tp;
+}
+
+namespace {
+
+constexpr int kMaxSharedThreadPointers = 64;
+std::atomic<uint64_t> shared_thread_pointers[kMaxSharedThreadPointers];
+std::atomic<int> shared_thread_pointer_count;
+
+bool shared(uint64_t app_tp) {
+  const int n = std::min(shared_thread_pointer_count.load(), kMaxSharedThreadPointers);
+  for (int i = 0; i < n; ++i)
+    if (shared_thread_pointers[i].load() == app_tp) return true;
+  return false;
+}
+
+} // namespace
+
+void thread_pointer_shared(uint64_t app_tp) {
+  if (app_tp == 0 || shared(app_tp)) return;
+  const int n = shared_thread_pointer_count.fetch_add(1);
+  if (n < kMaxSharedThreadPointers) {
+    shared_thread_pointers[n].store(app_tp);
+  } else {
+    static const char message[] =
+        "zorvo: too many threads made by a raw clone share their creator's thread pointer\n";
+    raw_syscall(SYS_write, 2, reinterpret_cast<long>(message), sizeof message - 1);
+    raw_syscall(SYS_exit_group, 1);
+  }
 }
 
 void leave_runtime_tls(uint64_t app_tp) {
   if (app_tp == 0) return;
   // Where the site stubs look for the thread.
-  reinterpret_cast<rt_thread**>(app_tp + kTcbUnusedWordOffset)[0] = current;
+  reinterpret_cast<rt_thread**>(app_tp + kTcbUnusedWordOffset)[0] =
+      shared(app_tp) ? nullptr : current;
   write_tp(app_tp);
 }
 
-void set_thread_pointer(uint64_t tp) { write_tp(tp); }
+uint64_t program_thread_pointer(uint64_t app_tp) {
+  if (app_tp != 0 || !static_program || current == nullptr) return app_tp;
+  return current->block.app_tp;
+}

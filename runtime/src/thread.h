@@ -113,5 +113,14 @@ bool separate_thread_pointer();
 // (0: nothing to give back). Uses no thread-local storage before the switch.
 uint64_t enter_runtime_tls();
 void leave_runtime_tls(uint64_t app_tp);
-// Only the switch, around an application's handler.
-void set_thread_pointer(uint64_t tp);
+// A raw clone made a thread that runs with its creator's thread pointer, so
+// the TCB word cannot name the thread for both: from now on it names none,
+// and the site stubs of both threads take the signal path, which finds each
+// thread by its id.
+void thread_pointer_shared(uint64_t app_tp);
+// The thread pointer the program's own code runs with, for a handler of the
+// program's: app_tp as enter_runtime_tls gave it back, or, when the signal
+// came while the runtime's was live (inside a run of emulated words, an
+// emulation call or one of the runtime's handlers), the one the thread
+// block keeps. 0 outside static programs.
+uint64_t program_thread_pointer(uint64_t app_tp);
