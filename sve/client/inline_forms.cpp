@@ -1,13 +1,11 @@
 #include "inline_forms.h"
 
-#include <atomic>
-
 #include "../decode/sve_utils.h"
 #include "../handlers/pattern_count.h"
-#include "inline_predicates.h"
 #include "inline_compare.h"
 #include "inline_memory.h"
 #include "inline_parts.h"
+#include "inline_predicates.h"
 
 namespace {
 
@@ -158,48 +156,33 @@ constexpr inline_row kInlineRows[] = {
     {"VecD64CmpNEVVZ", inline_op::fcmp_vv},
 };
 
-// "VecU*AddVVX" matches "VecU32AddVVX": the star stands for a run of digits.
-constexpr bool name_matches(const char* pattern, const char* name) {
-  for (; *pattern; ++pattern) {
-    if (*pattern != '*') {
-      if (*name++ != *pattern) return false;
-      continue;
-    }
-    if (*name < '0' || *name > '9') return false;
-    while (*name >= '0' && *name <= '9') ++name;
-  }
-  return *name == '\0';
-}
-
 constexpr bool same_name(const char* a, const char* b) {
   while (*a && *a == *b) ++a, ++b;
   return *a == *b;
 }
 
-// Each form's entry is looked up the first time a word of it is met, so that
-// neither start-up nor a block pays for the forms it does not use. Threads
-// that race store the same value.
-constexpr uint8_t kNotLookedUp = 0xff;
-std::atomic<uint8_t> form_ops[kFormCount];
-struct form_ops_init {
-  form_ops_init() {
-    for (auto& op : form_ops) op.store(kNotLookedUp, std::memory_order_relaxed);
-  }
-} init_form_ops;
-
-inline_op op_of_form(int form) {
-  uint8_t op = form_ops[form].load(std::memory_order_relaxed);
-  if (op != kNotLookedUp) return inline_op(op);
-  op = uint8_t(inline_op::none);
+constexpr uint8_t op_of_row(const form_entry& form) {
   // The marker of a region of interest shares its row with `add`: it
   // switches tracing, which only the call path does.
-  if (!same_name(kForms[form].family, "roi_marker"))
-    for (const inline_row& r : kInlineRows)
-      if (name_matches(r.pattern, kForms[form].decoder)) op = uint8_t(r.op);
-  if (op == uint8_t(inline_op::none)) op = predicate_op_of(kForms[form].decoder);
-  form_ops[form].store(op, std::memory_order_relaxed);
-  return inline_op(op);
+  if (same_name(form.family, "roi_marker")) return uint8_t(inline_op::none);
+  uint8_t op = uint8_t(inline_op::none);
+  for (const inline_row& r : kInlineRows)
+    if (name_fits(r.pattern, form.decoder)) op = uint8_t(r.op);
+  return op != uint8_t(inline_op::none) ? op : predicate_op_of(form.decoder);
 }
+
+struct form_ops {
+  uint8_t op[kFormCount];
+};
+constexpr form_ops find_form_ops() {
+  form_ops ops{};
+  for (int form = 0; form < kFormCount; ++form) ops.op[form] = op_of_row(kForms[form]);
+  return ops;
+}
+// Every form's operation, found as the client is compiled.
+constexpr form_ops kFormOps = find_form_ops();
+
+inline_op op_of_form(int form) { return inline_op(kFormOps.op[form]); }
 
 // Vd = op(Vn, Vm) chunk by chunk, Zn and Zm into Q0 and Q1.
 template <typename Op>

@@ -7,6 +7,22 @@
 #include "../decode/sve_utils.h"
 #include "inline_emit.h"
 
+// Whether a decoder's name fits an inline row's pattern, where a star stands
+// for a run of digits: "VecU*AddVVX" fits "VecU32AddVVX", "VecS*CLoad*SIZ"
+// fits "VecS64CLoad2SIZ". Constant, so that every form's operation is found
+// when the client is compiled, not while a block is translated.
+constexpr bool name_fits(const char* pattern, const char* name) {
+  for (; *pattern; ++pattern) {
+    if (*pattern != '*') {
+      if (*name++ != *pattern) return false;
+      continue;
+    }
+    if (*name < '0' || *name > '9') return false;
+    while (*name >= '0' && *name <= '9') ++name;
+  }
+  return *name == '\0';
+}
+
 enum class inline_op : uint8_t {
   none,
   add_zzz,
