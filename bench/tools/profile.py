@@ -71,16 +71,33 @@ class Objects:
         return names[i] if i >= 0 else "?"
 
 
+def place(objects, where, offset):
+    """(file name, symbol) of a place the plugin wrote; generated code is
+    ("[anon]", "")."""
+    short = where.rsplit("/", 1)[-1]
+    if not where.startswith("/"):
+        return short, ""
+    return short, objects.symbol(where, int(offset, 16))
+
+
+def read_by_symbol(path, objects):
+    """Instructions by (file name, symbol, the caller's (file name, symbol) or
+    None): a block of the C library, the loader or a PLT stub comes with the
+    caller the plugin saw."""
+    counts = collections.Counter()
+    with open(path) as f:
+        lines = f.read().splitlines()
+    for line in lines:
+        fields = line.split()
+        caller = place(objects, *fields[3:5]) if len(fields) == 5 else None
+        counts[place(objects, *fields[:2]) + (caller,)] += int(fields[2])
+    return counts
+
+
 def read_counts(path, objects, by_file):
     counts = collections.Counter()
-    for line in open(path):
-        where, offset, n = line.split()
-        short = where.rsplit("/", 1)[-1]
-        if where == "[anon]" or by_file:
-            key = short
-        else:
-            key = short + ": " + objects.symbol(where, int(offset, 16))
-        counts[key] += int(n)
+    for (short, symbol, _), n in read_by_symbol(path, objects).items():
+        counts[short if by_file or not symbol else short + ": " + symbol] += n
     return counts
 
 
