@@ -78,7 +78,10 @@ COST_RULES = (
      r"((attach|detach|register|unregister)_thread|run_thread_|run_exit_events|process_ending"
      r"|start_runtime|drmgr_init|resolve_libc_functions|take_static_system_call|fault_signal"
      r"|deliver_handed_over_fault|run_handler|call_application_handler|zorvo_call_handler"
-     r"|(pthread_)?sig(action|procmask)$|signal$)", OTHER),
+     r"|(pthread_)?sig(action|procmask)$|signal$"
+     # Waiting while another thread builds (it spins on the code lock) builds
+     # nothing, and how long it lasts depends on how the threads are scheduled.
+     r"|code_lock::code_lock|__aarch64_swp1_acq$)", OTHER),
     (r"libzorvo_runtime\.so$", "", TRANSLATION),  # scan, IR, encoding, fragments, patching
     # The client's rewriting and inline code, and the form lookup it asks.
     (r"libsve_client\.so$",

@@ -136,6 +136,7 @@ class TranslationProfile(unittest.TestCase):
             (RUNTIME, "attach_thread(rt_thread*)", O),
             (RUNTIME, "run_thread_init_events(void*)", O),
             (RUNTIME, "deliver_handed_over_fault(ucontext_t*)", O),
+            (RUNTIME, "code_lock::code_lock()", O),
             ("libtracesink.so", "sve_init", O),
             ("blocks_i32", "main", O),  # another program's code is not this kernel's
         ]
