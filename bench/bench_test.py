@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Checks of bench.py's reading of runs and its arithmetic, without running kernels."""
 import os
+import subprocess
 import sys
 import tempfile
 import unittest
@@ -197,6 +198,29 @@ class TranslationProfile(unittest.TestCase):
             ("libc.so.6", "libc.so.6+10", ("libzorvo_runtime.so", "libzorvo_runtime.so+20")): 10,
             ("libc.so.6", "libc.so.6+10", ("[none]", "")): 2,
             ("[anon]", "", None): 9, ("k", "k+30", None): 1})
+
+
+@unittest.skipUnless(os.environ.get("ZORVO_BENCH_BUILD"),
+                     "ZORVO_BENCH_BUILD names no build with the qemu plugins")
+class ProfilePlugin(unittest.TestCase):
+    def test_each_instruction_counts_once_and_the_c_library_for_its_caller(self):
+        bench_dir = os.path.join(os.environ["ZORVO_BENCH_BUILD"], "bench")
+        with tempfile.TemporaryDirectory() as scratch:
+            outs = []
+            for plugin in ("insncount", "insnprofile"):
+                outs.append(os.path.join(scratch, plugin))
+                subprocess.run(["qemu-aarch64", "-L", bench.SYSROOT, "-cpu", bench.NO_SVE_CPU,
+                                "-plugin", "%s/%s.so,out=%s" % (bench_dir, plugin, outs[-1]),
+                                os.path.join(bench_dir, "no_sve")],
+                               check=True, capture_output=True)
+            total = bench.read_counts(outs[0])[0]
+            with open(outs[1]) as f:
+                lines = [line.split() for line in f]
+        self.assertEqual(sum(int(fields[2]) for fields in lines), total)
+        in_libc = [fields for fields in lines if "/libc.so" in fields[0]]
+        self.assertTrue(in_libc and all(len(fields) == 5 for fields in in_libc))
+        # main calls puts.
+        self.assertIn("no_sve", {os.path.basename(fields[3]) for fields in in_libc})
 
 
 class MixCost(unittest.TestCase):
