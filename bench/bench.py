@@ -247,7 +247,6 @@ class Runner:
         failed, err, _ = self.run(way, program, args)
         return failed, read_counts(self.counts_file), err
 
-
     def profile(self, program, args=()):
         """(why it failed or None, instructions by (file, symbol, caller))"""
         if os.path.exists(self.profile_file):
@@ -726,7 +725,8 @@ def main():
             "Translation per SVE word, profiled: the guest instructions of the functions that "
             "build code (bench/tools/insnprofile.c; bench.py's COST_RULES: the runtime's "
             "block scan, IR, encoding, fragments and patching, the client's rewriting, inline "
-            "code and form lookup, and the C library, loader and PLT stubs they call) in twice "
+            "code and form lookup, and the C library, loader and PLT stubs they call; not the "
+            "wait for the code lock while another thread builds) in twice "
             "the short run less the long run less the program without SVE, over the SVE words "
             "in the fragments built (`--stats`). Beyond steady state: the whole run (%s) less "
             "start-up, less the native instructions, less the steady-state cost of its SVE "

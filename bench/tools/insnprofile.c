@@ -27,7 +27,6 @@
 typedef uint64_t qemu_plugin_id_t;
 struct qemu_plugin_tb;
 struct qemu_plugin_insn;
-enum qemu_plugin_op { QEMU_PLUGIN_INLINE_ADD_U64 };
 enum qemu_plugin_cb_flags { QEMU_PLUGIN_CB_NO_REGS };
 
 #define EXPORT __attribute__((visibility("default")))
@@ -39,8 +38,6 @@ extern size_t qemu_plugin_tb_n_insns(const struct qemu_plugin_tb *);
 extern uint64_t qemu_plugin_tb_vaddr(const struct qemu_plugin_tb *);
 extern struct qemu_plugin_insn *qemu_plugin_tb_get_insn(const struct qemu_plugin_tb *, size_t);
 extern void *qemu_plugin_insn_haddr(const struct qemu_plugin_insn *);
-extern void qemu_plugin_register_vcpu_tb_exec_inline(struct qemu_plugin_tb *, enum qemu_plugin_op,
-                                                     void *, uint64_t);
 extern const void *qemu_plugin_insn_data(const struct qemu_plugin_insn *);
 extern size_t qemu_plugin_insn_size(const struct qemu_plugin_insn *);
 extern void qemu_plugin_register_vcpu_tb_exec_cb(struct qemu_plugin_tb *,
