@@ -5,10 +5,11 @@
     python3 bench/tools/profile.py /tmp/p.out [--top 40] [--by file]
     python3 bench/tools/profile.py -- 2*/tmp/short.out -1*/tmp/long.out -1*/tmp/start.out
 
-Each line of the plugin's output is PATH FILE_OFFSET INSTRUCTIONS; the file
-offset becomes an address through the file's program headers and the address
-a symbol through its symbol table (.symtab, else .dynsym). Generated code
-shows as [anon]. Several files, each with a factor (COEF*FILE), are summed
+Each line of the plugin's output is PATH FILE_OFFSET INSTRUCTIONS, and for a
+block of the C library, the loader or a PLT stub also the caller's PATH and
+FILE_OFFSET (--by caller names it); the file offset becomes an address
+through the file's program headers and the address a symbol through its
+symbol table (.symtab, else .dynsym). Generated code shows as [anon]. Several files, each with a factor (COEF*FILE), are summed
 with their factors: twice a short run less a run twice as long leaves
 start-up and translation, the steady state cancelled; less a program without
 SVE, translation alone.
@@ -94,10 +95,13 @@ def read_by_symbol(path, objects):
     return counts
 
 
-def read_counts(path, objects, by_file):
+def read_counts(path, objects, by):
     counts = collections.Counter()
-    for (short, symbol, _), n in read_by_symbol(path, objects).items():
-        counts[short if by_file or not symbol else short + ": " + symbol] += n
+    for (short, symbol, caller), n in read_by_symbol(path, objects).items():
+        key = short if by == "file" or not symbol else short + ": " + symbol
+        if by == "caller" and caller:
+            key += " (from %s: %s)" % caller
+        counts[key] += n
     return counts
 
 
@@ -106,7 +110,7 @@ def main():
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("counts", nargs="+", help="[COEF*]FILE")
     parser.add_argument("--top", type=int, default=40)
-    parser.add_argument("--by", choices=["symbol", "file"], default="symbol")
+    parser.add_argument("--by", choices=["symbol", "file", "caller"], default="symbol")
     parser.add_argument("--per", type=float, default=1.0,
                         help="divide every figure by this (e.g. the SVE words translated)")
     parser.add_argument("--object", action="append", default=[], metavar="PATH=COPY",
@@ -117,7 +121,7 @@ def main():
     counts = collections.Counter()
     for spec in args.counts:
         coef, _, path = spec.rpartition("*")
-        for key, n in read_counts(path, objects, args.by == "file").items():
+        for key, n in read_counts(path, objects, args.by).items():
             counts[key] += float(coef or 1) * n
     total = sum(counts.values())
     print("%14s %10s  %s" % ("instructions", "per unit", "where"))
