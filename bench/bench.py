@@ -11,18 +11,25 @@ argument), each with the instruction-count plugin:
   under QEMU-user   the arm64 qemu-aarch64-static, run by the processor without
                     SVE, emulating the reference processor: guest instructions
                     of the outer processor;
+  under zorvo with the profiling plugin (tools/insnprofile.c), unless
+                    --no-profile: guest instructions by function, of which
+                    COST_RULES picks those that build code;
 and then --runs more times on the reference and under zorvo, alternating,
 without the plugin, for the wall-clock medians. Guest instructions per
 emulated SVE instruction = (zorvo total - (reference total - reference SVE)) /
 reference SVE: what the same run costs on a processor without SVE, apart from
 the signals themselves. The steady state is the same ratio of the differences
 between the long and the short run, where start-up and translation cancel.
+Translation per SVE word, profiled: the functions that build code in twice the
+short run less the long run less the program without SVE, per SVE word
+translated.
 
 The table goes to standard output and to --out (bench/results.md), whose last
 line keeps the figures so that a later run, for instance with a changed
 runtime, can show itself next to them: --compare bench/results.md.
 """
 import argparse
+import collections
 import datetime
 import json
 import os
@@ -35,6 +42,9 @@ import sys
 import tempfile
 import threading
 import time
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "tools"))
+import profile as insnprofile  # noqa: E402
 
 SYSROOT = "/usr/aarch64-linux-gnu"
 SHORT_REPEAT, LONG_REPEAT = 5, 10
@@ -51,6 +61,66 @@ def reference_cpu(bits):
 NO_SVE_CPU = "max,sve=off"
 DATA_MARK = "<!-- bench figures: "
 STDERR_LIMIT = 1 << 20  # a kernel that loops on a failing word says so endlessly
+
+
+TRANSLATION, EMULATION, OTHER = "translation", "emulation", "other"
+# What the functions left in a profile do, by file and function name (regular
+# expressions matched at their start; the first rule that matches wins).
+# Translation is what builds code; "program" stands for the kernel's own file.
+# The C library, the loader and PLT stubs are not here: each of their
+# instructions counts for the function that called them (insnprofile.c).
+COST_RULES = (
+    (r"\[anon\]$", "", EMULATION),  # generated code: fragments, stubs
+    (r"program$", "", EMULATION),
+    # The runtime builds blocks, but also starts and ends threads and the
+    # process, and passes signals and system calls on to the application.
+    (r"libzorvo_runtime\.so$",
+     r"((attach|detach|register|unregister)_thread|run_thread_|run_exit_events|process_ending"
+     r"|start_runtime|drmgr_init|resolve_libc_functions|take_static_system_call|fault_signal"
+     r"|deliver_handed_over_fault|run_handler|call_application_handler|zorvo_call_handler"
+     r"|(pthread_)?sig(action|procmask)$|signal$"
+     # Waiting while another thread builds (it spins on the code lock) builds
+     # nothing, and how long it lasts depends on how the threads are scheduled.
+     r"|code_lock::code_lock|__aarch64_swp1_acq$)", OTHER),
+    (r"libzorvo_runtime\.so$", "", TRANSLATION),  # scan, IR, encoding, fragments, patching
+    # The client's rewriting and inline code, and the form lookup it asks.
+    (r"libsve_client\.so$",
+     r"(event_instruction_change|rewrite_runs|close_run|insert_inline|call_routine"
+     r"|load_trace_gate|mix_insert_count|mix$|translate_inline|op_of_form|predicate_op_of"
+     r"|form_is_inline|emit_|branch_unless|pattern_elements|lane_ones|inline_code::|a64::"
+     r"|find_form|search_maps|get_sve_handler|plan_record_word|\w+::thin_decoders"
+     r"|thin_decoders_now)", TRANSLATION),
+    (r"libsve_client\.so$", "", EMULATION),  # handlers, generic tier, fp, transfer
+    (r"", "", OTHER),  # the loader, the preloaded library, the trace sink
+)
+
+
+def function_name(symbol):
+    """A demangled symbol without return type, arguments or template
+    arguments: "void a64::(anonymous namespace)::f<int>(x)" is "a64::f"."""
+    name = symbol.split("@")[0].replace("(anonymous namespace)::", "")
+    name = re.split(r"[(<]", name, 1)[0]
+    return name.split()[-1] if name.split() else name
+
+
+def cost_kind(file, symbol, program):
+    """TRANSLATION, EMULATION or OTHER for a function of the profile."""
+    file = "program" if file == program else file
+    for file_rule, symbol_rule, kind in COST_RULES:
+        if re.match(file_rule, file) and re.match(symbol_rule, function_name(symbol)):
+            return kind
+    return OTHER
+
+
+def profiled_kinds(counts, program):
+    """Instructions by kind; a block counted for its caller takes the
+    caller's kind, and one with none (a thread's first) is OTHER."""
+    kinds = dict.fromkeys((TRANSLATION, EMULATION, OTHER), 0)
+    for (file, symbol, caller), n in counts.items():
+        if caller is not None:
+            file, symbol = caller
+        kinds[cost_kind(file, symbol, program) if file != "[none]" else OTHER] += n
+    return kinds
 
 
 def run(cmd, env, timeout, scratch):
@@ -150,6 +220,12 @@ class Runner:
             "counted zorvo --mix": ([zorvo, "--stats", "--mix", *zorvo_options, "--"],
                                     counted_env),
         }
+        self.profile_file = os.path.join(scratch, "profile")
+        profiler = os.path.abspath(os.path.join(build, "bench", "insnprofile.so"))
+        self.ways["profiled zorvo"] = ([zorvo, *zorvo_options, "--"], dict(
+            os.environ, ZORVO_QEMU=" ".join([no_sve, "-plugin",
+                                             profiler + ",out=" + self.profile_file])))
+        self.objects = insnprofile.Objects()
         if qemu_user:
             # The outer processor counts; the inner emulator is the user's.
             inner = [qemu_user, "-L", SYSROOT, "-cpu", REFERENCE_CPU]
@@ -171,8 +247,35 @@ class Runner:
         failed, err, _ = self.run(way, program, args)
         return failed, read_counts(self.counts_file), err
 
+    def profile(self, program, args=()):
+        """(why it failed or None, instructions by (file, symbol, caller))"""
+        if os.path.exists(self.profile_file):
+            os.remove(self.profile_file)
+        failed, _, _ = self.run("profiled zorvo", program, args)
+        if failed or not os.path.exists(self.profile_file):
+            return failed or "fails: no profile written", None
+        return None, insnprofile.read_by_symbol(self.profile_file, self.objects)
 
-def measure(kernel, runner, runs):
+
+def one_off_profile(runner, kernel, startup_profile):
+    """Instructions by kind that a run spends once: twice the short run less
+    the long one (the steady state cancels) less the program without SVE
+    (start-up cancels); None when a run failed."""
+    if startup_profile is None:
+        return None
+    combined = collections.Counter()
+    for factor, repeat in ((2, SHORT_REPEAT), (-1, LONG_REPEAT)):
+        failed, counts = runner.profile(kernel, [str(repeat)])
+        if failed:
+            return None
+        for key, n in counts.items():
+            combined[key] += factor * n
+    for key, n in startup_profile.items():
+        combined[key] -= n
+    return profiled_kinds(combined, kernel)
+
+
+def measure(kernel, runner, runs, startup_profile=None):
     row = {"kernel": kernel, "repeats": [SHORT_REPEAT, LONG_REPEAT]}
     short, long = [str(SHORT_REPEAT)], [str(LONG_REPEAT)]
     row["reference_fails"], row["reference"], _ = runner.count("counted reference", kernel)
@@ -203,6 +306,8 @@ def measure(kernel, runner, runs):
         row["zorvo_fails"], row[key], _ = runner.count("counted zorvo", kernel, args)
         if row["zorvo_fails"]:
             return row
+
+    row["profiled"] = one_off_profile(runner, kernel, startup_profile)
 
     times = {"reference": [], "zorvo": []}
     if "qemu-user" in runner.ways:
@@ -354,6 +459,13 @@ def translation_per_word(row, startup):
     return whole / row["words"] if whole is not None and row.get("words") else None
 
 
+def profiled_translation_per_word(row):
+    """Guest instructions of the functions that build code, from the
+    profile, per SVE word translated."""
+    kinds = row.get("profiled")
+    return kinds[TRANSLATION] / row["words"] if kinds and row.get("words") else None
+
+
 def code_bytes_per_word(row):
     return row["code_bytes"] / row["words"] if row.get("words") else None
 
@@ -422,9 +534,10 @@ def steady_table(figures):
     lines = [
         "| kernel | SVE instructions per repeat | zorvo per SVE, steady state "
         "| zorvo per SVE, whole run without start-up | QEMU-user per SVE, steady state "
-        "| zorvo / QEMU-user | translation per SVE word | translation in all "
+        "| zorvo / QEMU-user | translation per SVE word, profiled "
+        "| beyond steady state per SVE word | beyond steady state in all "
         "| code bytes per SVE word | SVE words translated | blocks built |",
-        "|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|---:|",
+        "|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|---:|---:|",
     ]
     for r in figures["rows"]:
         ref_short, ref_long = r.get("reference_short"), r.get("reference_long")
@@ -434,6 +547,7 @@ def steady_table(figures):
             r["kernel"], fmt(per_repeat, ",.0f"), fmt(steady_per_sve(r), ",.1f"),
             fmt(per_sve(r, figures["startup"]), ",.1f"),
             fmt(steady_per_sve(r, "qemu_user"), ",.1f"), fmt(qemu_user_ratio(r), ".2f"),
+            fmt(profiled_translation_per_word(r), ",.0f"),
             fmt(translation_per_word(r, figures["startup"]), ",.0f"),
             fmt(translation_whole(r, figures["startup"]), ",.0f"),
             fmt(code_bytes_per_word(r), ",.0f"), fmt(r.get("words"), ","),
@@ -531,6 +645,9 @@ def main():
                              "e.g. --zorvo-option=--entry-by-signal")
     parser.add_argument("--no-qemu-user", action="store_true",
                         help="leave out the QEMU-user column (no download)")
+    parser.add_argument("--no-profile", action="store_true",
+                        help="leave out the profiled translation column (two runs fewer "
+                             "per kernel)")
     parser.add_argument("--vl", type=int, default=DEFAULT_VECTOR_BITS, metavar="BITS",
                         help="vector length of the reference and of zorvo --vl, in bits "
                              "(default: 384)")
@@ -569,11 +686,16 @@ def main():
     with tempfile.TemporaryDirectory(prefix="zorvo-bench-") as scratch:
         runner = Runner(args.build, args.timeout, scratch, args.zorvo_option, qemu_user)
         figures["startup"] = startup_cost(runner)
+        startup_profile = None
+        if not args.no_profile:
+            failed, startup_profile = runner.profile("no_sve", [str(SHORT_REPEAT)])
+            if failed:
+                print("bench: no profiled column: no_sve %s" % failed, file=sys.stderr)
         print("bench: trace report ...", file=sys.stderr, flush=True)
         figures["trace_report"] = trace_report_cost(args.build, scratch)
         for kernel in kernels:
             print("bench: %s ..." % kernel, file=sys.stderr, flush=True)
-            figures["rows"].append(measure(kernel, runner, args.runs))
+            figures["rows"].append(measure(kernel, runner, args.runs, startup_profile))
         print("bench: instruction mix ...", file=sys.stderr, flush=True)
         figures["mix"] = mix_cost(runner, figures["rows"])
 
@@ -600,9 +722,16 @@ def main():
             "difference Δ of the two runs, so that start-up and translation cancel. QEMU-user: "
             "Debian's arm64 qemu-aarch64-static emulating `-cpu %s`, itself run by "
             "`qemu-aarch64 -cpu %s` with the counting plugin, the same differences. "
-            "Translation per SVE word: the whole run (%s) less start-up, less the native "
-            "instructions, less the steady-state cost of its SVE instructions, over the SVE "
-            "words in the fragments built (`--stats`), and in all; code bytes likewise. "
+            "Translation per SVE word, profiled: the guest instructions of the functions that "
+            "build code (bench/tools/insnprofile.c; bench.py's COST_RULES: the runtime's "
+            "block scan, IR, encoding, fragments and patching, the client's rewriting, inline "
+            "code and form lookup, and the C library, loader and PLT stubs they call; not the "
+            "wait for the code lock while another thread builds) in twice "
+            "the short run less the long run less the program without SVE, over the SVE words "
+            "in the fragments built (`--stats`). Beyond steady state: the whole run (%s) less "
+            "start-up, less the native instructions, less the steady-state cost of its SVE "
+            "instructions (translation, and one-off work such as a kernel's initialisation "
+            "loops), per SVE word and in all; code bytes per word. "
             "Blocks built: for the whole process (`--stats`), whatever the number of threads."
             % (SHORT_REPEAT, LONG_REPEAT, REFERENCE_CPU, NO_SVE_CPU,
                "the kernel's own repeat count"), "",

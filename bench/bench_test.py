@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Checks of bench.py's reading of runs and its arithmetic, without running kernels."""
 import os
+import subprocess
 import sys
 import tempfile
 import unittest
@@ -104,6 +105,122 @@ class Figures(unittest.TestCase):
         self.assertEqual(bench.signals_after_warm_up(ROW), 0.2)
         # Figures from before the block count was read show nothing.
         self.assertIsNone(bench.signals_after_warm_up(dict(ROW, blocks=None)))
+
+
+RUNTIME, CLIENT = "libzorvo_runtime.so", "libsve_client.so"
+
+
+class TranslationProfile(unittest.TestCase):
+    def kind(self, file, symbol):
+        return bench.cost_kind(file, symbol, "sum_i32")
+
+    def test_building_code_is_translation_and_carrying_it_out_is_not(self):
+        T, E, O = bench.TRANSLATION, bench.EMULATION, bench.OTHER
+        cases = [
+            (RUNTIME, "instr_encode_to_copy", T),
+            (RUNTIME, "(anonymous namespace)::read_mappings()", T),
+            (RUNTIME, "build_fragment(rt_thread*, unsigned char*)", T),
+            (CLIENT, "rewrite_runs(void*, _instrlist_t*)", T),
+            (CLIENT, "a64::(anonymous namespace)::scaled_access(inline_code&, unsigned int)", T),
+            (CLIENT, "(anonymous namespace)::op_of_form(int)", T),
+            (CLIENT, "find_form(unsigned int)", T),
+            (CLIENT, "fixed_48::thin_decoders()", T),
+            (CLIENT, "fixed_48::sve_msb_zpzz(cpu_state*, aarch64_z_reg, aarch64_p_reg)", E),
+            (CLIENT, "void bridge<bridge_kinds::ToZ<4u, 0u> >::call<2u>(cpu_state*, unsigned int)",
+             E),
+            (CLIENT, "aarch64_decode_rc fixed_48::element_wise_access<int>(cpu_state*)", E),
+            (CLIENT, "generic::Int(unsigned long, unsigned int, bool)", E),
+            (CLIENT, "zorvo_transfer_in", E),
+            (CLIENT, "to_pred_v(unsigned char const*)", E),
+            ("[anon]", "", E),
+            ("sum_i32", "scalar_sum", E),
+            (RUNTIME, "attach_thread(rt_thread*)", O),
+            (RUNTIME, "run_thread_init_events(void*)", O),
+            (RUNTIME, "deliver_handed_over_fault(ucontext_t*)", O),
+            (RUNTIME, "code_lock::code_lock()", O),
+            ("libtracesink.so", "sve_init", O),
+            ("blocks_i32", "main", O),  # another program's code is not this kernel's
+        ]
+        for file, symbol, kind in cases:
+            self.assertEqual(self.kind(file, symbol), kind, (file, symbol))
+
+    def test_names_lose_their_return_type_arguments_and_anonymous_namespace(self):
+        self.assertEqual(bench.function_name(
+            "void a64::(anonymous namespace)::f<int>(inline_code&)"), "a64::f")
+        self.assertEqual(bench.function_name(
+            "any_length::nzcv_flags any_length::predicate_test<int>(x)"),
+            "any_length::predicate_test")
+        self.assertEqual(bench.function_name("memcpy@@GLIBC_2.17"), "memcpy")
+        self.assertEqual(bench.function_name("(anonymous namespace)::mix()"), "mix")
+
+    def test_the_c_library_counts_for_its_caller(self):
+        encode = (RUNTIME, "instr_encode_to_copy")
+        handler = (CLIENT, "fixed_48::sve_ld1w_zpri(cpu_state*)")
+        counts = {("libc.so.6", "memcpy", encode): 100, ("libc.so.6", "memcpy", handler): 30,
+                  (CLIENT, "_init", encode): 7,  # a PLT stub
+                  ("libc.so.6", "start_thread", ("[none]", "")): 5,
+                  encode + (None,): 1000, handler + (None,): 400,
+                  ("libtracesink.so", "sve_exit", None): 9}
+        self.assertEqual(bench.profiled_kinds(counts, "k"),
+                         {bench.TRANSLATION: 1107, bench.EMULATION: 430, bench.OTHER: 14})
+
+    def test_what_a_run_does_once_is_two_short_runs_less_a_long_one_less_start_up(self):
+        build = (RUNTIME, "build_fragment", None)
+        handler = (CLIENT, "fixed_48::sve_add_zzz", None)
+        startup = {(RUNTIME, "start_runtime", None): 50, build: 0}
+
+        class FakeRunner:
+            def profile(self, program, args=()):
+                repeat = int(args[0])
+                # 700 to build, 40 of emulated initialisation, then 10 a repeat.
+                return None, {build: 700, handler: 40 + 10 * repeat,
+                              (RUNTIME, "start_runtime", None): 50}
+
+        kinds = bench.one_off_profile(FakeRunner(), "k", startup)
+        self.assertEqual(kinds, {bench.TRANSLATION: 700, bench.EMULATION: 40, bench.OTHER: 0})
+        self.assertIsNone(bench.one_off_profile(FakeRunner(), "k", None))
+        self.assertEqual(bench.profiled_translation_per_word({"profiled": kinds, "words": 7}),
+                         100.0)
+        self.assertIsNone(bench.profiled_translation_per_word({"profiled": None, "words": 7}))
+
+    def test_profile_lines_with_a_caller_keep_it(self):
+        class FakeObjects:
+            def symbol(self, path, offset):
+                return "%s+%x" % (path.rsplit("/", 1)[-1], offset)
+
+        with tempfile.NamedTemporaryFile("w") as f:
+            f.write("/lib/libc.so.6 10 4 /x/libzorvo_runtime.so 20\n"
+                    "/lib/libc.so.6 10 6 /x/libzorvo_runtime.so 20\n"
+                    "/lib/libc.so.6 10 2 [none] 0\n[anon] 5500 9\n/x/k 30 1\n")
+            f.flush()
+            counts = bench.insnprofile.read_by_symbol(f.name, FakeObjects())
+        self.assertEqual(counts, {
+            ("libc.so.6", "libc.so.6+10", ("libzorvo_runtime.so", "libzorvo_runtime.so+20")): 10,
+            ("libc.so.6", "libc.so.6+10", ("[none]", "")): 2,
+            ("[anon]", "", None): 9, ("k", "k+30", None): 1})
+
+
+@unittest.skipUnless(os.environ.get("ZORVO_BENCH_BUILD"),
+                     "ZORVO_BENCH_BUILD names no build with the qemu plugins")
+class ProfilePlugin(unittest.TestCase):
+    def test_each_instruction_counts_once_and_the_c_library_for_its_caller(self):
+        bench_dir = os.path.join(os.environ["ZORVO_BENCH_BUILD"], "bench")
+        with tempfile.TemporaryDirectory() as scratch:
+            outs = []
+            for plugin in ("insncount", "insnprofile"):
+                outs.append(os.path.join(scratch, plugin))
+                subprocess.run(["qemu-aarch64", "-L", bench.SYSROOT, "-cpu", bench.NO_SVE_CPU,
+                                "-plugin", "%s/%s.so,out=%s" % (bench_dir, plugin, outs[-1]),
+                                os.path.join(bench_dir, "no_sve")],
+                               check=True, capture_output=True)
+            total = bench.read_counts(outs[0])[0]
+            with open(outs[1]) as f:
+                lines = [line.split() for line in f]
+        self.assertEqual(sum(int(fields[2]) for fields in lines), total)
+        in_libc = [fields for fields in lines if "/libc.so" in fields[0]]
+        self.assertTrue(in_libc and all(len(fields) == 5 for fields in in_libc))
+        # main calls puts.
+        self.assertIn("no_sve", {os.path.basename(fields[3]) for fields in in_libc})
 
 
 class MixCost(unittest.TestCase):

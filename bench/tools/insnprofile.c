@@ -6,12 +6,19 @@
  *     PATH FILE_OFFSET INSTRUCTIONS
  * where anonymous memory (generated code: code cache, stubs) shows as
  * "[anon]" with its guest address in place of the offset.
+ * A block that does no work of its own (one of the C library or the dynamic
+ * loader, or a PLT stub: a block ending in `br x17`) is counted for the
+ * caller too: the last other block its thread ran, written after it as
+ *     PATH FILE_OFFSET INSTRUCTIONS CALLER_PATH CALLER_OFFSET
+ * so that memcpy called by the code that builds blocks and memcpy called by
+ * a handler are told apart ("[none] 0" when a thread began in such a block).
  * bench/tools/profile.py turns that into a table by symbol.
  * Build: gcc -shared -fPIC -O2 -o insnprofile.so insnprofile.c
  * Use:   qemu-aarch64 -plugin ./insnprofile.so,out=FILE ./app
  * Counters are shared without atomics: with several threads a few
  * increments may be lost.                                                 */
 #include <inttypes.h>
+#include <pthread.h>
 #include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -20,7 +27,7 @@
 typedef uint64_t qemu_plugin_id_t;
 struct qemu_plugin_tb;
 struct qemu_plugin_insn;
-enum qemu_plugin_op { QEMU_PLUGIN_INLINE_ADD_U64 };
+enum qemu_plugin_cb_flags { QEMU_PLUGIN_CB_NO_REGS };
 
 #define EXPORT __attribute__((visibility("default")))
 EXPORT int qemu_plugin_version = 1;
@@ -32,19 +39,94 @@ extern size_t qemu_plugin_tb_n_insns(const struct qemu_plugin_tb*);
 extern uint64_t qemu_plugin_tb_vaddr(const struct qemu_plugin_tb*);
 extern struct qemu_plugin_insn* qemu_plugin_tb_get_insn(const struct qemu_plugin_tb*, size_t);
 extern void* qemu_plugin_insn_haddr(const struct qemu_plugin_insn*);
-extern void qemu_plugin_register_vcpu_tb_exec_inline(struct qemu_plugin_tb*, enum qemu_plugin_op,
-                                                     void*, uint64_t);
+extern const void* qemu_plugin_insn_data(const struct qemu_plugin_insn*);
+extern size_t qemu_plugin_insn_size(const struct qemu_plugin_insn*);
+extern void qemu_plugin_register_vcpu_tb_exec_cb(struct qemu_plugin_tb*,
+                                                 void (*)(unsigned int, void*),
+                                                 enum qemu_plugin_cb_flags, void*);
 extern void qemu_plugin_register_atexit_cb(qemu_plugin_id_t, void (*)(qemu_plugin_id_t, void*),
                                            void*);
+
+struct block_count;
+struct caller_count {
+  const struct block_count* caller;
+  uint64_t executions;
+  struct caller_count* next;
+};
 
 struct block_count {
   uint64_t executions, length, vaddr;
   uintptr_t haddr;
+  struct caller_count* callers; /* only for a block counted for its caller */
+  int for_caller;
   struct block_count* next;
 };
 
 static struct block_count* blocks;
 static const char* out_path = "insnprofile.out";
+
+struct mapping {
+  uintptr_t start, end, offset;
+  char path[256];
+};
+
+static int read_maps(struct mapping** out);
+
+/* The last block of the thread's own that ran, by vCPU (one per thread). */
+#define MAX_VCPUS 4096
+static const struct block_count* last_own[MAX_VCPUS];
+static pthread_mutex_t callers_lock = PTHREAD_MUTEX_INITIALIZER;
+static struct mapping* known_maps;
+static int known_map_count;
+
+static const struct mapping* mapping_of(uintptr_t haddr) {
+  for (int pass = 0; pass < 2; pass++) {
+    for (int i = 0; i < known_map_count; i++)
+      if (haddr >= known_maps[i].start && haddr < known_maps[i].end) return &known_maps[i];
+    known_map_count = read_maps(&known_maps); /* a library mapped since */
+  }
+  return NULL;
+}
+
+static int shared_library(const char* path) {
+  const char* name = strrchr(path, '/');
+  name = name ? name + 1 : path;
+  return !strncmp(name, "libc.so", 7) || !strncmp(name, "ld-linux", 8);
+}
+
+static int ends_in_br_x17(const struct qemu_plugin_tb* tb, size_t n) {
+  const struct qemu_plugin_insn* last = qemu_plugin_tb_get_insn(tb, n - 1);
+  uint32_t word = 0;
+  if (qemu_plugin_insn_size(last) != 4) return 0;
+  memcpy(&word, qemu_plugin_insn_data(last), 4);
+  return word == 0xd61f0220u;
+}
+
+static void on_exec(unsigned int vcpu, void* data) {
+  struct block_count* b = data;
+  b->executions++;
+  const struct block_count* caller = vcpu < MAX_VCPUS ? last_own[vcpu] : NULL;
+  if (!b->for_caller) {
+    if (vcpu < MAX_VCPUS) last_own[vcpu] = b;
+    return;
+  }
+  pthread_mutex_lock(&callers_lock);
+  struct caller_count** link = &b->callers;
+  while (*link && (*link)->caller != caller) link = &(*link)->next;
+  struct caller_count* c = *link;
+  if (c) {
+    *link = c->next; /* to the front: callers come in runs */
+  } else {
+    c = calloc(1, sizeof *c);
+    if (c) c->caller = caller;
+  }
+  if (c) {
+    c->executions++;
+    c->next = b->callers;
+    b->callers = c;
+  }
+  pthread_mutex_unlock(&callers_lock);
+}
 
 static void on_tb(qemu_plugin_id_t id, struct qemu_plugin_tb* tb) {
   (void)id;
@@ -53,15 +135,14 @@ static void on_tb(qemu_plugin_id_t id, struct qemu_plugin_tb* tb) {
   b->length = qemu_plugin_tb_n_insns(tb);
   b->vaddr = qemu_plugin_tb_vaddr(tb);
   b->haddr = (uintptr_t)qemu_plugin_insn_haddr(qemu_plugin_tb_get_insn(tb, 0));
+  pthread_mutex_lock(&callers_lock);
+  const struct mapping* m = mapping_of(b->haddr);
+  b->for_caller = (m && shared_library(m->path)) || (b->length && ends_in_br_x17(tb, b->length));
   b->next = blocks;
   blocks = b;
-  qemu_plugin_register_vcpu_tb_exec_inline(tb, QEMU_PLUGIN_INLINE_ADD_U64, &b->executions, 1);
+  pthread_mutex_unlock(&callers_lock);
+  qemu_plugin_register_vcpu_tb_exec_cb(tb, on_exec, QEMU_PLUGIN_CB_NO_REGS, b);
 }
-
-struct mapping {
-  uintptr_t start, end, offset;
-  char path[256];
-};
 
 static int read_maps(struct mapping** out) {
   FILE* f = fopen("/proc/self/maps", "r");
@@ -84,6 +165,16 @@ static int read_maps(struct mapping** out) {
   return n;
 }
 
+static void print_place(FILE* out, const struct mapping* maps, int n, const struct block_count* b) {
+  const struct mapping* m = NULL;
+  for (int i = 0; i < n && !m; i++)
+    if (b->haddr >= maps[i].start && b->haddr < maps[i].end) m = &maps[i];
+  if (m && m->path[0] == '/')
+    fprintf(out, "%s %" PRIxPTR, m->path, b->haddr - m->start + m->offset);
+  else
+    fprintf(out, "[anon] %" PRIx64, b->vaddr);
+}
+
 static void on_exit_cb(qemu_plugin_id_t id, void* p) {
   (void)id;
   (void)p;
@@ -93,14 +184,19 @@ static void on_exit_cb(qemu_plugin_id_t id, void* p) {
   if (!out) return;
   for (struct block_count* b = blocks; b; b = b->next) {
     if (!b->executions) continue;
-    const struct mapping* m = NULL;
-    for (int i = 0; i < n && !m; i++)
-      if (b->haddr >= maps[i].start && b->haddr < maps[i].end) m = &maps[i];
-    if (m && m->path[0] == '/')
-      fprintf(out, "%s %" PRIxPTR " %" PRIu64 "\n", m->path, b->haddr - m->start + m->offset,
-              b->executions * b->length);
-    else
-      fprintf(out, "[anon] %" PRIx64 " %" PRIu64 "\n", b->vaddr, b->executions * b->length);
+    if (!b->for_caller) {
+      print_place(out, maps, n, b);
+      fprintf(out, " %" PRIu64 "\n", b->executions * b->length);
+    }
+    for (const struct caller_count* c = b->callers; c; c = c->next) {
+      print_place(out, maps, n, b);
+      fprintf(out, " %" PRIu64 " ", c->executions * b->length);
+      if (c->caller)
+        print_place(out, maps, n, c->caller);
+      else
+        fprintf(out, "[none] 0");
+      fprintf(out, "\n");
+    }
   }
   fclose(out);
   free(maps);

@@ -5,10 +5,11 @@
     python3 bench/tools/profile.py /tmp/p.out [--top 40] [--by file]
     python3 bench/tools/profile.py -- 2*/tmp/short.out -1*/tmp/long.out -1*/tmp/start.out
 
-Each line of the plugin's output is PATH FILE_OFFSET INSTRUCTIONS; the file
-offset becomes an address through the file's program headers and the address
-a symbol through its symbol table (.symtab, else .dynsym). Generated code
-shows as [anon]. Several files, each with a factor (COEF*FILE), are summed
+Each line of the plugin's output is PATH FILE_OFFSET INSTRUCTIONS, and for a
+block of the C library, the loader or a PLT stub also the caller's PATH and
+FILE_OFFSET (--by caller names it); the file offset becomes an address
+through the file's program headers and the address a symbol through its
+symbol table (.symtab, else .dynsym). Generated code shows as [anon]. Several files, each with a factor (COEF*FILE), are summed
 with their factors: twice a short run less a run twice as long leaves
 start-up and translation, the steady state cancelled; less a program without
 SVE, translation alone.
@@ -71,16 +72,36 @@ class Objects:
         return names[i] if i >= 0 else "?"
 
 
-def read_counts(path, objects, by_file):
+def place(objects, where, offset):
+    """(file name, symbol) of a place the plugin wrote; generated code is
+    ("[anon]", "")."""
+    short = where.rsplit("/", 1)[-1]
+    if not where.startswith("/"):
+        return short, ""
+    return short, objects.symbol(where, int(offset, 16))
+
+
+def read_by_symbol(path, objects):
+    """Instructions by (file name, symbol, the caller's (file name, symbol) or
+    None): a block of the C library, the loader or a PLT stub comes with the
+    caller the plugin saw."""
     counts = collections.Counter()
-    for line in open(path):
-        where, offset, n = line.split()
-        short = where.rsplit("/", 1)[-1]
-        if where == "[anon]" or by_file:
-            key = short
-        else:
-            key = short + ": " + objects.symbol(where, int(offset, 16))
-        counts[key] += int(n)
+    with open(path) as f:
+        lines = f.read().splitlines()
+    for line in lines:
+        fields = line.split()
+        caller = place(objects, *fields[3:5]) if len(fields) == 5 else None
+        counts[place(objects, *fields[:2]) + (caller,)] += int(fields[2])
+    return counts
+
+
+def read_counts(path, objects, by):
+    counts = collections.Counter()
+    for (short, symbol, caller), n in read_by_symbol(path, objects).items():
+        key = short if by == "file" or not symbol else short + ": " + symbol
+        if by == "caller" and caller:
+            key += " (from %s: %s)" % caller
+        counts[key] += n
     return counts
 
 
@@ -89,7 +110,7 @@ def main():
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("counts", nargs="+", help="[COEF*]FILE")
     parser.add_argument("--top", type=int, default=40)
-    parser.add_argument("--by", choices=["symbol", "file"], default="symbol")
+    parser.add_argument("--by", choices=["symbol", "file", "caller"], default="symbol")
     parser.add_argument("--per", type=float, default=1.0,
                         help="divide every figure by this (e.g. the SVE words translated)")
     parser.add_argument("--object", action="append", default=[], metavar="PATH=COPY",
@@ -100,7 +121,7 @@ def main():
     counts = collections.Counter()
     for spec in args.counts:
         coef, _, path = spec.rpartition("*")
-        for key, n in read_counts(path, objects, args.by == "file").items():
+        for key, n in read_counts(path, objects, args.by).items():
             counts[key] += float(coef or 1) * n
     total = sum(counts.values())
     print("%14s %10s  %s" % ("instructions", "per unit", "where"))
