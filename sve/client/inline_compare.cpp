@@ -152,30 +152,53 @@ bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
   return true;
 }
 
-// fcmge, fcmgt, fcmeq, fcmne Pd.T, Pg/z, Zn.T, Zm.T, single and double,
-// under any predicate: the operands of inactive elements become +0, which
-// compare without a flag (the Advanced SIMD compares signal on NaNs exactly
-// as the SVE ones: fcmge and fcmgt on any, fcmeq on a signalling one), and
-// the mask clears their results. They leave NZCV alone.
-bool emit_fp_compare(simd_size size, uint32_t word, inline_code& c) {
+// fcmge, fcmgt, fcmeq, fcmne, fcmuo Pd.T, Pg/z, Zn.T, Zm.T and fcmge, fcmgt,
+// fcmlt, fcmle, fcmeq, fcmne Pd.T, Pg/z, Zn.T, #0.0, single and double, under
+// any predicate: the operands of inactive elements become +0, which compare
+// without a flag (the Advanced SIMD compares signal on NaNs exactly as the
+// SVE ones: the ordered ones on any, fcmeq and so fcmuo on a signalling
+// one), and the mask clears their results. They leave NZCV alone.
+bool emit_fp_compare(simd_size size, uint32_t word, bool with_zero, inline_code& c) {
   const unsigned pd = field(word, 3, 0), zn = field(word, 9, 5), pg = field(word, 12, 10);
   const unsigned zm = field(word, 20, 16);
-  // Bits 15, 13 and 4 (op, o2, o3) pick the comparison.
-  const unsigned kind = field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4);
-  static constexpr uint32_t kCompare[] = {0x6e20e400, 0x6ea0e400, 0x4e20e400, 0x4e20e400};
-  if (kind > 3) return false;
+  enum : uint8_t { ge, gt, eq, ne, uo, lt, le, none };
+  // Two vectors: bits 15, 13 and 4 (op, o2, o3) pick the comparison; with
+  // zero, bits 17, 16 and 4 (eq, lt, ne).
+  static constexpr uint8_t kTwoVectors[] = {ge, gt, eq, ne, uo, none, none, none};
+  static constexpr uint8_t kWithZero[] = {ge, gt, lt, le, eq, none, ne, none};
+  const uint8_t kind =
+      with_zero
+          ? kWithZero[field(word, 17, 16) << 1 | field(word, 4, 4)]
+          : kTwoVectors[field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4)];
+  if (kind == none) return false;
   const uint32_t sz = size == D ? 1u << 22 : 0;
+  // V0 = V0 op V1 (or op 0), all ones where the comparison holds.
+  auto compare = [&] {
+    if (with_zero) {
+      static constexpr uint32_t kZero[] = {0x6ea0c800, 0x4ea0c800, 0x4ea0d800, 0x4ea0d800,
+                                           0,          0x4ea0e800, 0x6ea0d800};
+      c.put(kZero[kind] | sz);
+    } else if (kind == uo) {
+      c.put(0x4e20e400 | sz | 0 << 16 | 0 << 5 | 2); // fcmeq v2, v0, v0
+      c.put(0x4e20e400 | sz | 1 << 16 | 1 << 5 | 1); // fcmeq v1, v1, v1
+      c.put(and_v(0, 1, 2));
+      c.put(not_v(0, 0));
+    } else {
+      static constexpr uint32_t kCompare[] = {0x6e20e400, 0x6ea0e400, 0x4e20e400, 0x4e20e400};
+      c.put(kCompare[kind] | sz | 1 << 16 | 0 << 5 | 0);
+    }
+    if (kind == ne) c.put(not_v(0, 0));
+  };
   lane_ones(c, size, 4);
   fpsr_in(c);
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 0, kInlineRecord, z_offset(zn, k));
-    load_q(c, 1, kInlineRecord, z_offset(zm, k));
+    if (!with_zero) load_q(c, 1, kInlineRecord, z_offset(zm, k));
     load_q(c, 3, kInlineRecord, p_offset(pg, k));
     c.put(test_v(size, 3, 3, 4));
     c.put(and_v(0, 0, 3));
-    c.put(and_v(1, 1, 3));
-    c.put(kCompare[kind] | sz | 1 << 16 | 0 << 5 | 0);
-    if (kind == 3) c.put(0x6e205800); // mvn v0, v0: fcmne
+    if (!with_zero) c.put(and_v(1, 1, 3));
+    compare();
     c.put(and_v(0, 0, 3));
     c.put(0x6f000400 | ((8u << size) + 1) << 16 | 0 << 5 | 0); // ushr v0, #bits-1
     store_q(c, 0, kInlineRecord, p_offset(pd, k));

@@ -5,4 +5,4 @@
 #include "inline_parts.h"
 
 bool emit_compare(a64::simd_size size, uint32_t word, uint64_t pc, inline_code& c);
-bool emit_fp_compare(a64::simd_size size, uint32_t word, inline_code& c);
+bool emit_fp_compare(a64::simd_size size, uint32_t word, bool with_zero, inline_code& c);

@@ -154,6 +154,20 @@ constexpr inline_row kInlineRows[] = {
     {"VecD64CmpGTVVZ", inline_op::fcmp_vv},
     {"VecD64CmpEQVVZ", inline_op::fcmp_vv},
     {"VecD64CmpNEVVZ", inline_op::fcmp_vv},
+    {"VecF32CmpUNVVZ", inline_op::fcmp_vv},
+    {"VecD64CmpUNVVZ", inline_op::fcmp_vv},
+    {"VecF32CmpGEV0Z", inline_op::fcmp_v0},
+    {"VecF32CmpGTV0Z", inline_op::fcmp_v0},
+    {"VecF32CmpLTV0Z", inline_op::fcmp_v0},
+    {"VecF32CmpLEV0Z", inline_op::fcmp_v0},
+    {"VecF32CmpEQV0Z", inline_op::fcmp_v0},
+    {"VecF32CmpNEV0Z", inline_op::fcmp_v0},
+    {"VecD64CmpGEV0Z", inline_op::fcmp_v0},
+    {"VecD64CmpGTV0Z", inline_op::fcmp_v0},
+    {"VecD64CmpLTV0Z", inline_op::fcmp_v0},
+    {"VecD64CmpLEV0Z", inline_op::fcmp_v0},
+    {"VecD64CmpEQV0Z", inline_op::fcmp_v0},
+    {"VecD64CmpNEV0Z", inline_op::fcmp_v0},
 };
 
 constexpr bool same_name(const char* a, const char* b) {
@@ -626,7 +640,8 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
   case inline_op::cmp_vv:
     return emit_compare(size, word, pc, c);
   case inline_op::fcmp_vv:
-    return emit_fp_compare(size, word, c);
+  case inline_op::fcmp_v0:
+    return emit_fp_compare(size, word, op == inline_op::fcmp_v0, c);
   case inline_op::lsl_zzi:
   case inline_op::asr_zzi:
   case inline_op::lsr_zzi: {

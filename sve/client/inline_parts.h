@@ -81,6 +81,7 @@ enum class inline_op : uint8_t {
   movprfx_zz,
   cmp_vv,  // integer compares of two vectors, into a predicate, with flags
   fcmp_vv, // floating-point compares of two vectors, into a predicate
+  fcmp_v0, // and of a vector with zero
   lsl_zzi, // unpredicated shifts by an immediate
   asr_zzi,
   lsr_zzi,
