@@ -24,28 +24,9 @@
 #include <stdlib.h>
 #include <string.h>
 
-typedef uint64_t qemu_plugin_id_t;
-struct qemu_plugin_tb;
-struct qemu_plugin_insn;
-enum qemu_plugin_cb_flags { QEMU_PLUGIN_CB_NO_REGS };
+#include "qemu_plugin_api.h"
 
-#define EXPORT __attribute__((visibility("default")))
 EXPORT int qemu_plugin_version = 1;
-
-extern void qemu_plugin_register_vcpu_tb_trans_cb(qemu_plugin_id_t,
-                                                  void (*)(qemu_plugin_id_t,
-                                                           struct qemu_plugin_tb*));
-extern size_t qemu_plugin_tb_n_insns(const struct qemu_plugin_tb*);
-extern uint64_t qemu_plugin_tb_vaddr(const struct qemu_plugin_tb*);
-extern struct qemu_plugin_insn* qemu_plugin_tb_get_insn(const struct qemu_plugin_tb*, size_t);
-extern void* qemu_plugin_insn_haddr(const struct qemu_plugin_insn*);
-extern const void* qemu_plugin_insn_data(const struct qemu_plugin_insn*);
-extern size_t qemu_plugin_insn_size(const struct qemu_plugin_insn*);
-extern void qemu_plugin_register_vcpu_tb_exec_cb(struct qemu_plugin_tb*,
-                                                 void (*)(unsigned int, void*),
-                                                 enum qemu_plugin_cb_flags, void*);
-extern void qemu_plugin_register_atexit_cb(qemu_plugin_id_t, void (*)(qemu_plugin_id_t, void*),
-                                           void*);
 
 struct block_count;
 struct caller_count {
