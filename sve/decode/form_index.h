@@ -1,6 +1,7 @@
 // The decode maps as one index computed while compiling: no nodes to build at
 // load, no heap, and a search that consults only the maps that can hold the
-// word. Only sve_utils.cpp includes it: the tables live in one object.
+// word. Of the system only sve_utils.cpp includes it, so the tables live in
+// one object; the tests build indexes of their own rows too.
 //
 // Every map's key contains bits 31..21 and 15..13 of the word unless the map
 // leaves some of them free. A word's bucket is those 14 bits. A row joins
@@ -74,12 +75,13 @@ template <typename Visit> constexpr void for_each_bucket(const row_key& r, Visit
   }
 }
 
-constexpr int count_copies() {
+template <const row_key* Rows, int RowCount> constexpr int count_copies() {
   int n = 0;
-  for (const row_key& r : kRowKeys) for_each_bucket(r, [&n](uint32_t) { ++n; });
+  for (int i = 0; i < RowCount; ++i) for_each_bucket(Rows[i], [&n](uint32_t) { ++n; });
   return n;
 }
-constexpr int kCopyCount = count_copies();
+template <const row_key* Rows, int RowCount>
+constexpr int kCopyCount = count_copies<Rows, RowCount>();
 
 struct copy {
   uint32_t bucket; // the word's bucket bits
@@ -109,15 +111,18 @@ template <int N> constexpr void sift_down(copies<N>& c, int root, int end) {
   }
 }
 
-constexpr copies<kCopyCount> sorted_copies() {
-  copies<kCopyCount> c{};
+// Every row's copies, one per bucket it joins, in bucket, map, key, row order.
+template <const row_key* Rows, int RowCount>
+constexpr copies<kCopyCount<Rows, RowCount>> sorted_copies() {
+  constexpr int count = kCopyCount<Rows, RowCount>;
+  copies<count> c{};
   int n = 0;
-  for (int i = 0; i < kRowCount; ++i)
-    for_each_bucket(kRowKeys[i], [&](uint32_t bucket) {
-      c.at[n++] = {bucket, kRowKeys[i].map, kRowKeys[i].key, static_cast<uint16_t>(i)};
+  for (int i = 0; i < RowCount; ++i)
+    for_each_bucket(Rows[i], [&](uint32_t bucket) {
+      c.at[n++] = {bucket, Rows[i].map, Rows[i].key, static_cast<uint16_t>(i)};
     });
-  for (int i = kCopyCount / 2 - 1; i >= 0; --i) sift_down(c, i, kCopyCount);
-  for (int end = kCopyCount - 1; end > 0; --end) {
+  for (int i = count / 2 - 1; i >= 0; --i) sift_down(c, i, count);
+  for (int end = count - 1; end > 0; --end) {
     const copy t = c.at[0];
     c.at[0] = c.at[end];
     c.at[end] = t;
@@ -125,23 +130,25 @@ constexpr copies<kCopyCount> sorted_copies() {
   }
   return c;
 }
-constexpr copies<kCopyCount> kSorted = sorted_copies();
+template <const row_key* Rows, int RowCount>
+constexpr copies<kCopyCount<Rows, RowCount>> kSorted = sorted_copies<Rows, RowCount>();
 
 struct counts {
   int tops = 0;   // distinct bits 31..21 among the buckets
   int groups = 0; // distinct (bucket, map)
 };
-constexpr counts count_tops_and_groups() {
+template <int N> constexpr counts count_tops_and_groups(const copies<N>& sorted) {
   counts n{};
-  for (int i = 0; i < kCopyCount; ++i) {
-    const copy& c = kSorted.at[i];
-    const bool new_bucket = i == 0 || kSorted.at[i - 1].bucket != c.bucket;
-    n.tops += i == 0 || (kSorted.at[i - 1].bucket >> kTopShift) != (c.bucket >> kTopShift);
-    n.groups += new_bucket || kSorted.at[i - 1].map != c.map;
+  for (int i = 0; i < N; ++i) {
+    const copy& c = sorted.at[i];
+    const bool new_bucket = i == 0 || sorted.at[i - 1].bucket != c.bucket;
+    n.tops += i == 0 || (sorted.at[i - 1].bucket >> kTopShift) != (c.bucket >> kTopShift);
+    n.groups += new_bucket || sorted.at[i - 1].map != c.map;
   }
   return n;
 }
-constexpr counts kCounts = count_tops_and_groups();
+template <const row_key* Rows, int RowCount>
+constexpr counts kCounts = count_tops_and_groups(kSorted<Rows, RowCount>);
 
 } // namespace form_index_detail
 
@@ -157,26 +164,26 @@ template <int Tops, int Groups, int Copies> struct form_index {
   uint16_t forms[Copies];
 };
 
-namespace form_index_detail {
-
-using index_type = form_index<kCounts.tops, kCounts.groups, kCopyCount>;
-static_assert(kRowCount == kFormCount);
-static_assert(kCopyCount < 0x10000 && kCounts.groups < 0x10000 && kCounts.tops < 0x10000,
-              "row, group and block numbers are 16 bits wide");
-static_assert(sizeof kLayouts / sizeof kLayouts[0] < 0x100, "map numbers are 8 bits wide");
-
-constexpr index_type build_index() {
-  index_type x{};
+// The index of a row list: Rows[i] is found as i.
+template <const form_index_detail::row_key* Rows, int RowCount> constexpr auto build_form_index() {
+  using namespace form_index_detail;
+  constexpr int count = kCopyCount<Rows, RowCount>;
+  constexpr counts sizes = kCounts<Rows, RowCount>;
+  static_assert(count < 0x10000 && sizes.groups < 0x10000 && sizes.tops < 0x10000,
+                "row, group and block numbers are 16 bits wide");
+  static_assert(sizeof kLayouts / sizeof kLayouts[0] < 0x100, "map numbers are 8 bits wide");
+  const copies<count>& sorted = kSorted<Rows, RowCount>;
+  form_index<sizes.tops, sizes.groups, count> x{};
   int tops = 0, groups = 0;
   int bucket = -1;
-  for (int i = 0; i < kCopyCount; ++i) {
-    const copy& c = kSorted.at[i];
+  for (int i = 0; i < count; ++i) {
+    const copy& c = sorted.at[i];
     const unsigned top = c.bucket >> kTopShift;
     if (x.top[top] == 0) x.top[top] = static_cast<uint16_t>(++tops);
     const int this_bucket = static_cast<int>((x.top[top] - 1u) * kSubCount +
                                              ((c.bucket >> kSubShift) & (kSubCount - 1)));
     const bool new_group =
-        i == 0 || kSorted.at[i - 1].bucket != c.bucket || kSorted.at[i - 1].map != c.map;
+        i == 0 || sorted.at[i - 1].bucket != c.bucket || sorted.at[i - 1].map != c.map;
     // Buckets between the previous one and this one are empty.
     while (bucket < this_bucket) x.bucket_groups[++bucket] = static_cast<uint16_t>(groups);
     if (new_group) {
@@ -187,35 +194,34 @@ constexpr index_type build_index() {
     x.keys[i] = c.key;
     x.forms[i] = c.form;
   }
-  while (bucket < kCounts.tops * static_cast<int>(kSubCount))
+  while (bucket < sizes.tops * static_cast<int>(kSubCount))
     x.bucket_groups[++bucket] = static_cast<uint16_t>(groups);
-  x.group_rows[groups] = static_cast<uint16_t>(kCopyCount);
+  x.group_rows[groups] = static_cast<uint16_t>(count);
   return x;
 }
 
-} // namespace form_index_detail
-
-constexpr form_index_detail::index_type kFormIndex = form_index_detail::build_index();
-
-// The row the cascade picks for the word, or -1.
-inline int search_form_index(uint32_t word) {
+// The row the cascade would pick for the word among the index's rows, or -1.
+template <typename Index> int search_form_index(const Index& index, uint32_t word) {
   using namespace form_index_detail;
-  const unsigned top = kFormIndex.top[word >> kTopShift];
+  const unsigned top = index.top[word >> kTopShift];
   if (top == 0) return -1;
   const unsigned bucket = (top - 1) * kSubCount + ((word >> kSubShift) & (kSubCount - 1));
-  for (unsigned g = kFormIndex.bucket_groups[bucket]; g < kFormIndex.bucket_groups[bucket + 1];
-       ++g) {
-    const int32_t key = form_key(word, kLayouts[kFormIndex.group_map[g]]);
-    unsigned lo = kFormIndex.group_rows[g], hi = kFormIndex.group_rows[g + 1];
+  for (unsigned g = index.bucket_groups[bucket]; g < index.bucket_groups[bucket + 1]; ++g) {
+    const int32_t key = form_key(word, kLayouts[index.group_map[g]]);
+    unsigned lo = index.group_rows[g], hi = index.group_rows[g + 1];
     while (lo < hi) { // the first row whose key is not below
       const unsigned mid = (lo + hi) / 2;
-      if (kFormIndex.keys[mid] < key)
+      if (index.keys[mid] < key)
         lo = mid + 1;
       else
         hi = mid;
     }
-    if (lo < kFormIndex.group_rows[g + 1] && kFormIndex.keys[lo] == key)
-      return kFormIndex.forms[lo];
+    if (lo < index.group_rows[g + 1] && index.keys[lo] == key) return index.forms[lo];
   }
   return -1;
 }
+
+// The index of forms.inc.
+constexpr auto kFormIndex =
+    build_form_index<form_index_detail::kRowKeys, form_index_detail::kRowCount>();
+static_assert(form_index_detail::kRowCount == kFormCount);

@@ -71,7 +71,7 @@ int find_form(uint32_t word) {
   const uint64_t cached = entry.load(std::memory_order_relaxed);
   if ((cached & kCachedMark) && uint32_t(cached) == word)
     return int(uint32_t(cached >> 32) & 0x7fffffffu) - 1;
-  const int form = search_form_index(word);
+  const int form = search_form_index(kFormIndex, word);
   entry.store(kCachedMark | uint64_t(uint32_t(form + 1)) << 32 | word, std::memory_order_relaxed);
   return form;
 }
