@@ -44,24 +44,6 @@ constexpr map_layout kLayouts[] = {
 #undef X
 };
 
-constexpr uint32_t layout_mask(const map_layout& l) {
-  uint32_t mask = 0;
-  for (int i = 0; i < l.count; ++i)
-    for (unsigned b = l.ranges[i].lo; b <= l.ranges[i].hi; ++b) mask |= 1u << b;
-  return mask;
-}
-
-constexpr uint32_t layout_value(const map_layout& l, int32_t key) {
-  uint64_t k = static_cast<uint32_t>(key);
-  uint32_t value = 0;
-  for (int i = l.count - 1; i >= 0; --i) {
-    const unsigned width = l.ranges[i].hi - l.ranges[i].lo + 1u;
-    value |= static_cast<uint32_t>(k & ((uint64_t{1} << width) - 1)) << l.ranges[i].lo;
-    k >>= width;
-  }
-  return value;
-}
-
 // Calls visit(bucket bits) once for each bucket the row joins.
 template <typename Visit> constexpr void for_each_bucket(const row_key& r, Visit&& visit) {
   const map_layout& l = kLayouts[r.map];

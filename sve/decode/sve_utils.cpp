@@ -85,14 +85,3 @@ sve_decoder get_sve_handler(uint32_t word) {
 bool form_is_thin(int form) { return kForms[form].thin; }
 
 const decode_map_info* decode_maps() { return kMaps; }
-
-uint32_t row_value(const decode_map_info& m, int32_t key) {
-  uint32_t k = static_cast<uint32_t>(key), value = 0;
-  for (int i = m.layout.count - 1; i >= 0; --i) {
-    const unsigned width = m.layout.ranges[i].hi - m.layout.ranges[i].lo + 1u;
-    const uint32_t field = static_cast<uint32_t>(k & ((uint64_t{1} << width) - 1));
-    value |= field << m.layout.ranges[i].lo;
-    k = static_cast<uint32_t>(uint64_t{k} >> width);
-  }
-  return value;
-}
