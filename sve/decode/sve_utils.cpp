@@ -1,10 +1,10 @@
 #include "sve_utils.h"
 
 #include <atomic>
-#include <map>
 
 #include "decode_maps.inc"
 #include "decoders.h"
+#include "form_index.h"
 
 #define DECLARE_THIN_DECODERS(bytes)                                                               \
   namespace fixed_##bytes {                                                                        \
@@ -16,7 +16,7 @@ ZORVO_FIXED_LENGTHS(DECLARE_THIN_DECODERS)
 namespace {
 
 const decode_map_info kMaps[kDecodeMapCount] = {
-#define X(suffix) {"decode_map__" #suffix, parse_map_layout(#suffix)},
+#define X(suffix) {"decode_map__" #suffix, form_index_detail::kLayouts[MAP_##suffix]},
     ZORVO_DECODE_MAPS(X)
 #undef X
 };
@@ -35,16 +35,6 @@ const form kForms[] = {
 #include "forms.inc"
 };
 static_assert(sizeof(kForms) / sizeof(kForms[0]) == kFormCount);
-
-// Values are row indexes in forms.inc, so the tools can name what a lookup
-// found.
-std::map<int32_t, uint16_t> maps[kDecodeMapCount];
-
-struct decode_unit_init {
-  decode_unit_init() {
-    for (int i = 0; i < kFormCount; ++i) maps[kForms[i].map].emplace(kForms[i].key, i);
-  }
-} init_at_load;
 
 // The thin decoders for the process's length: its own compilation where the
 // length has one, else the one for any length.
@@ -66,17 +56,9 @@ aarch64_decode_rc sve_prefetch_nop(cpu_state*, uint32_t) { return AARCH64_DECODE
 
 namespace {
 
-int search_maps(uint32_t word) {
-  for (int m = 0; m < kDecodeMapCount; ++m) {
-    const auto it = maps[m].find(form_key(word, kMaps[m].layout));
-    if (it != maps[m].end()) return it->second;
-  }
-  return -1;
-}
-
-// Searching every map costs thousands of instructions, and building a block
-// asks about each word several times (decoder, inline form, thin decoder,
-// mix); words recur across blocks and threads. Each entry is one atomic
+// Building a block asks about each word several times (decoder, inline form,
+// thin decoder, mix), and words recur across blocks and threads: a hit here
+// is cheaper than a search. Each entry is one atomic
 // value (a mark, the form + 1 and the word), so threads need no lock.
 constexpr unsigned kFormCacheBits = 12;
 std::atomic<uint64_t> form_cache[1u << kFormCacheBits];
@@ -89,7 +71,7 @@ int find_form(uint32_t word) {
   const uint64_t cached = entry.load(std::memory_order_relaxed);
   if ((cached & kCachedMark) && uint32_t(cached) == word)
     return int(uint32_t(cached >> 32) & 0x7fffffffu) - 1;
-  const int form = search_maps(word);
+  const int form = search_form_index(kFormIndex, word);
   entry.store(kCachedMark | uint64_t(uint32_t(form + 1)) << 32 | word, std::memory_order_relaxed);
   return form;
 }
@@ -103,14 +85,3 @@ sve_decoder get_sve_handler(uint32_t word) {
 bool form_is_thin(int form) { return kForms[form].thin; }
 
 const decode_map_info* decode_maps() { return kMaps; }
-
-uint32_t row_value(const decode_map_info& m, int32_t key) {
-  uint32_t k = static_cast<uint32_t>(key), value = 0;
-  for (int i = m.layout.count - 1; i >= 0; --i) {
-    const unsigned width = m.layout.ranges[i].hi - m.layout.ranges[i].lo + 1u;
-    const uint32_t field = static_cast<uint32_t>(k & ((uint64_t{1} << width) - 1));
-    value |= field << m.layout.ranges[i].lo;
-    k = static_cast<uint32_t>(uint64_t{k} >> width);
-  }
-  return value;
-}

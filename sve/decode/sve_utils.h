@@ -57,6 +57,25 @@ constexpr int32_t form_key(uint32_t word, const map_layout& l) {
   return static_cast<int32_t>(static_cast<uint32_t>(key));
 }
 
+// The bits a map's key is made of, and the word bits a key stands for.
+constexpr uint32_t layout_mask(const map_layout& l) {
+  uint32_t mask = 0;
+  for (int i = 0; i < l.count; ++i)
+    for (unsigned b = l.ranges[i].lo; b <= l.ranges[i].hi; ++b) mask |= 1u << b;
+  return mask;
+}
+
+constexpr uint32_t layout_value(const map_layout& l, int32_t key) {
+  uint64_t k = static_cast<uint32_t>(key);
+  uint32_t value = 0;
+  for (int i = l.count - 1; i >= 0; --i) {
+    const unsigned width = l.ranges[i].hi - l.ranges[i].lo + 1u;
+    value |= static_cast<uint32_t>(k & ((uint64_t{1} << width) - 1)) << l.ranges[i].lo;
+    k >>= width;
+  }
+  return value;
+}
+
 // ---- For tools and tests; the running system needs none of it. ----
 
 enum decode_map_id : uint8_t {
@@ -81,10 +100,7 @@ constexpr int kFormCount = 0
     ;
 
 // The fixed-bit mask and value of a row's pattern.
-inline uint32_t row_mask(const decode_map_info& m) {
-  uint32_t mask = 0;
-  for (int i = 0; i < m.layout.count; ++i)
-    for (unsigned b = m.layout.ranges[i].lo; b <= m.layout.ranges[i].hi; ++b) mask |= 1u << b;
-  return mask;
+inline uint32_t row_mask(const decode_map_info& m) { return layout_mask(m.layout); }
+inline uint32_t row_value(const decode_map_info& m, int32_t key) {
+  return layout_value(m.layout, key);
 }
-uint32_t row_value(const decode_map_info& m, int32_t key);

@@ -3,9 +3,11 @@
 // them free, so that words meet in the lookup's memory of earlier answers.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <random>
 #include <vector>
 
+#include "decode/form_index.h"
 #include "decode/sve_utils.h"
 
 namespace {
@@ -46,6 +48,102 @@ TEST(FormLookup, AnswersStayTheSameWhateverWasAskedBefore) {
   for (size_t r = 0; r < sizeof kRows / sizeof kRows[0]; ++r)
     found_as_itself += find_form(row_value(decode_maps()[kRows[r].map], kRows[r].key)) == int(r);
   EXPECT_GT(found_as_itself, int(kFormCount) * 9 / 10);
+}
+
+// The cascade spelled out plainly: each map in order, the word's key by the
+// map's layout, the first row of that map with that key.
+class plain_cascade {
+public:
+  template <typename Row, size_t N> explicit plain_cascade(const Row (&rows)[N]) {
+    for (size_t r = 0; r < N; ++r) maps_[rows[r].map].emplace(rows[r].key, int(r));
+  }
+  int find(uint32_t word) const {
+    for (int m = 0; m < kDecodeMapCount; ++m) {
+      const auto it = maps_[m].find(form_key(word, decode_maps()[m].layout));
+      if (it != maps_[m].end()) return it->second;
+    }
+    return -1;
+  }
+
+private:
+  std::map<int32_t, int> maps_[kDecodeMapCount];
+};
+
+// A row of the given map that holds the word.
+constexpr form_index_detail::row_key row_of(decode_map_id map, uint32_t word) {
+  return {map, form_key(word, form_index_detail::kLayouts[map])};
+}
+
+// Rows that overlap, as new forms may: the word 0x04a01234 lies in the
+// patterns of five maps and twice in one, listed against the cascade's order.
+constexpr form_index_detail::row_key kOverlapping[] = {
+    row_of(MAP_31_18, 0x04a01234),               // bits 31..18
+    row_of(MAP_31_13, 0x04a01234),               // bits 31..13
+    row_of(MAP_31_24__21_21__16_10, 0x04a01234), // bits 23, 22 and 15..13 free
+    row_of(MAP_31_0, 0x04a01234),                // the whole word
+    row_of(MAP_31_0, 0x04a01234),                // the same key again
+    row_of(MAP_31_14, 0x04a01234),               // bits 31..14
+    row_of(MAP_31_24__21_21__16_10, 0x04e0f000), // another bucket, same map
+    row_of(MAP_31_13, 0x8520e000),
+};
+constexpr auto kOverlappingIndex =
+    build_form_index<kOverlapping, int(sizeof kOverlapping / sizeof kOverlapping[0])>();
+
+TEST(FormLookup, OverlappingRowsGoToTheFirstMapInCascadeOrderThenTheFirstRow) {
+  const plain_cascade plain(kOverlapping);
+  EXPECT_EQ(search_form_index(kOverlappingIndex, 0x04a01234), 3);
+  EXPECT_EQ(plain.find(0x04a01234), 3);
+  std::mt19937 random(7);
+  int distinct_answers[sizeof kOverlapping / sizeof kOverlapping[0] + 1] = {};
+  for (int k = 0; k < 200000; ++k) {
+    // Near a row's word: a few of its bits changed.
+    const uint32_t near[] = {0x04a01234, 0x04e0f000, 0x8520e000};
+    uint32_t word = near[random() % 3];
+    for (int flips = random() % 4; flips > 0; --flips) word ^= 1u << (random() % 32);
+    if (k % 2) word ^= uint32_t(random()) & 0x00dfffffu;
+    const int expected = plain.find(word);
+    ASSERT_EQ(search_form_index(kOverlappingIndex, word), expected) << std::hex << word;
+    ++distinct_answers[expected + 1];
+  }
+  // Every row but the repeated key is somebody's answer, and so is none.
+  for (int r = -1; r < int(sizeof kOverlapping / sizeof kOverlapping[0]); ++r)
+    if (r != 4) {
+      EXPECT_GT(distinct_answers[r + 1], 0) << r;
+    }
+  EXPECT_EQ(distinct_answers[4 + 1], 0);
+}
+
+TEST(FormLookup, AgreesWithThePlainCascadeOnRowsNearMissesAndRandomWords) {
+  const plain_cascade plain(kRows);
+  std::mt19937 random(2024);
+  std::vector<uint32_t> words;
+  for (const row_key& r : kRows) {
+    const decode_map_info& m = decode_maps()[r.map];
+    const uint32_t mask = row_mask(m), value = row_value(m, r.key);
+    words.push_back(value);
+    for (int k = 0; k < 24; ++k) words.push_back(value | (uint32_t(random()) & ~mask));
+    // One fixed bit wrong: the word belongs to a neighbouring row or none.
+    for (int k = 0; k < 4; ++k) {
+      uint32_t flip;
+      do flip = 1u << (random() % 32);
+      while (!(flip & mask));
+      words.push_back((value ^ flip) | (uint32_t(random()) & ~mask));
+    }
+  }
+  for (int k = 0; k < 40000; ++k) words.push_back(uint32_t(random()));
+  // Random words with bits 28..25 0010, where rows are dense.
+  for (int k = 0; k < 40000; ++k)
+    words.push_back((uint32_t(random()) & ~0x1e000000u) | 0x04000000u);
+
+  int hits = 0, misses = 0;
+  for (uint32_t w : words) {
+    const int expected = plain.find(w);
+    ASSERT_EQ(find_form(w), expected) << std::hex << w;
+    (expected < 0 ? misses : hits) += 1;
+  }
+  // Both answers are well represented, so agreement says something.
+  EXPECT_GT(hits, int(kFormCount) * 20);
+  EXPECT_GT(misses, 40000);
 }
 
 } // namespace
