@@ -88,7 +88,7 @@ COST_RULES = (
      r"(event_instruction_change|rewrite_runs|close_run|insert_inline|call_routine"
      r"|load_trace_gate|mix_insert_count|mix$|translate_inline|op_of_form|predicate_op_of"
      r"|form_is_inline|emit_|branch_unless|pattern_elements|lane_ones|inline_code::|a64::"
-     r"|find_form|search_maps|get_sve_handler|plan_record_word|\w+::thin_decoders"
+     r"|find_form|get_sve_handler|plan_record_word|\w+::thin_decoders"
      r"|thin_decoders_now)", TRANSLATION),
     (r"libsve_client\.so$", "", EMULATION),  # handlers, generic tier, fp, transfer
     (r"", "", OTHER),  # the loader, the preloaded library, the trace sink
