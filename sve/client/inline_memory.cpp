@@ -105,6 +105,14 @@ void whole_vector(inline_code& c, const contiguous_word& w) {
   }
 }
 
+// A branch (to be landed) taken unless the vector's memory from X9 lies in
+// one page (X10 as scratch).
+unsigned branch_unless_in_one_page(inline_code& c, const contiguous_word& w) {
+  c.put(0x92402c00 | 9 << 5 | 10);                                     // and x10, x9, #0xfff
+  c.put(0xf100001f | (kSmallestPage - w.footprint()) << 10 | 10 << 5); // cmp x10, #room
+  return c.put_branch(kBranchHigher);
+}
+
 // Inactive elements are zero and must not be read: a read of one may fault
 // where the architecture does not. When the whole vector lies in one page and
 // some element is active, that element's page is the vector's, so the whole
@@ -115,9 +123,7 @@ void partial_load(inline_code& c, const contiguous_word& w, unsigned* literals,
   to_call[0] = branch_unless_any_active(c, w.pg, w.size);
   lane_ones(c, w.size, 17);
   emit_address(c, w, literals, literal_count);
-  c.put(0x92402c00 | 9 << 5 | 10);                                     // and x10, x9, #0xfff
-  c.put(0xf100001f | (kSmallestPage - w.footprint()) << 10 | 10 << 5); // cmp x10, #room
-  to_call[1] = c.put_branch(kBranchHigher);
+  to_call[1] = branch_unless_in_one_page(c, w);
   load_chunks(c, w);
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 16, kInlineRecord, p_offset(w.pg, k));
@@ -220,5 +226,31 @@ bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, i
   call_decoder(c, decoder, word, pc);
   c.land(to_end);
   if (to_end_partial != 0) c.land(to_end_partial);
+  return true;
+}
+
+// ldff1 scalar plus scalar, into elements of its memory size or wider.
+// Inline only the common case: tracing off, every element active and the
+// vector's memory within one page, where either every element can be read or
+// the first one faults as a plain load's does; FFR stays as it was. Anything
+// else (an element after the first that may fault, which clears FFR from
+// there on) takes the call path after the code.
+bool emit_first_fault_load(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
+  const sve_decoder decoder = get_sve_handler(word);
+  if (decoder == nullptr) return false;
+  // Its fields and dtype are those of ld1's scalar plus scalar form.
+  const contiguous_word w = decode(inline_op::load_widen_reg, size, word);
+  unsigned literals[1], literal_count = 0;
+  unsigned to_call[3];
+  to_call[0] = c.put_branch(kBranchNonZero | kInlineTraceGate);
+  to_call[1] = branch_unless_all_true(c, w.pg, size);
+  emit_address(c, w, literals, &literal_count);
+  to_call[2] = branch_unless_in_one_page(c, w);
+  whole_vector(c, w);
+  const unsigned to_end = c.put_branch(kBranch);
+  for (unsigned to : to_call) c.land(to);
+  c.point(literals[0], c.count + 1 + 2); // past the blr and the decoder
+  call_decoder(c, decoder, word, pc);
+  c.land(to_end);
   return true;
 }

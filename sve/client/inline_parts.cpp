@@ -4,10 +4,6 @@
 
 using namespace a64;
 
-unsigned field(uint32_t word, unsigned hi, unsigned lo) {
-  return word >> lo & ((1u << (hi - lo + 1)) - 1);
-}
-
 namespace {
 
 // The AND (or, with `any`, the OR) of Pg's chunks into V2, then a branch

@@ -1,9 +1,10 @@
 // Pieces that the inline forms of every family share: the forms themselves,
-// field extraction, the all-true test of a predicate and the call path.
+// the all-true test of a predicate and the call path.
 #pragma once
 
 #include <cstdint>
 
+#include "../decode/fields.h"
 #include "../decode/sve_utils.h"
 #include "inline_emit.h"
 
@@ -88,8 +89,6 @@ enum class inline_op : uint8_t {
   while_lo, // whilelo and whilelt, W or X operands (bit 12)
   while_lt,
 };
-
-unsigned field(uint32_t word, unsigned hi, unsigned lo);
 
 // A branch (to be landed) taken unless every element of Pg is active, that is
 // bit 0 of each element's first predicate byte is set. X9, X10, X14, X15

@@ -1,19 +1,12 @@
 #include "inline_predicates.h"
-
-#include <cstring>
-#include <initializer_list>
-
 #include "../decode/sve_utils.h"
 #include "../handlers/pattern_count.h"
+#include "inline_memory.h"
 
 namespace {
 
 using namespace a64;
 using namespace predicate_forms;
-
-unsigned bits(uint32_t word, unsigned hi, unsigned lo) {
-  return word >> lo & ((1u << (hi - lo + 1)) - 1);
-}
 
 // FFR lies right after P15 in the record, so it is predicate 16 there.
 constexpr unsigned kFfr = 16;
@@ -129,7 +122,7 @@ void fill_predicate(inline_code& c, unsigned p, uint8_t byte) {
 
 // rdffr Pd, Pg/z and rdffrs: FFR AND Pg, a byte at a time.
 void read_ffr_governed(inline_code& c, uint32_t word, bool flags) {
-  const unsigned pd = bits(word, 3, 0), pg = bits(word, 8, 5);
+  const unsigned pd = field(word, 3, 0), pg = field(word, 8, 5);
   if (flags) load_byte_numbers(c);
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 0, kInlineRecord, p_offset(kFfr, k));
@@ -165,10 +158,10 @@ void count_active(inline_code& c, simd_size size, unsigned pg, unsigned pn) {
 }
 
 bool emit_count(pred_op op, simd_size size, uint32_t word, inline_code& c) {
-  const unsigned rd = bits(word, 4, 0), pn = bits(word, 8, 5);
+  const unsigned rd = field(word, 4, 0), pn = field(word, 8, 5);
   if (op == count_p) {
     if (rd == 31) return false; // the zero register
-    count_active(c, size, bits(word, 13, 10), pn);
+    count_active(c, size, field(word, 13, 10), pn);
     store_x(c, 9, kInlineRecord, x_offset(rd));
     return true;
   }
@@ -193,17 +186,17 @@ bool emit_count(pred_op op, simd_size size, uint32_t word, inline_code& c) {
 // with the immediate in every lane, its lanes shifted down to the
 // predicate's byte and ANDed with Pg; the flags test the result under Pg.
 bool emit_compare_imm(simd_size size, uint32_t word, inline_code& c) {
-  const unsigned pd = bits(word, 3, 0), zn = bits(word, 9, 5), pg = bits(word, 12, 10);
-  const bool is_signed = bits(word, 24, 24);
+  const unsigned pd = field(word, 3, 0), zn = field(word, 9, 5), pg = field(word, 12, 10);
+  const bool is_signed = field(word, 24, 24);
   uint64_t imm;
   unsigned kind; // 0 ge/hs, 1 gt/hi, 2 lt/lo, 3 le/ls, 4 eq, 5 ne
   if (is_signed) {
-    imm = uint64_t(int64_t(int32_t(bits(word, 20, 16) << 27) >> 27));
-    kind = bits(word, 15, 15) << 2 | bits(word, 13, 13) << 1 | bits(word, 4, 4);
+    imm = uint64_t(int64_t(int32_t(field(word, 20, 16) << 27) >> 27));
+    kind = field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4);
     if (kind > 5) return false;
   } else {
-    imm = bits(word, 20, 14);
-    kind = bits(word, 13, 13) << 1 | bits(word, 4, 4);
+    imm = field(word, 20, 14);
+    kind = field(word, 13, 13) << 1 | field(word, 4, 4);
   }
   // V0: 1 in each element of chunk k of Zn where the comparison holds.
   const auto compare_chunk = [&](unsigned k) {
@@ -259,7 +252,7 @@ bool emit_compare_imm(simd_size size, uint32_t word, inline_code& c) {
 
 // ptest Pg, Pn.B
 void emit_test(uint32_t word, inline_code& c) {
-  const unsigned pn = bits(word, 8, 5), pg = bits(word, 13, 10);
+  const unsigned pn = field(word, 8, 5), pg = field(word, 13, 10);
   load_byte_numbers(c);
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 1, kInlineRecord, p_offset(pg, k));
@@ -274,7 +267,7 @@ void emit_test(uint32_t word, inline_code& c) {
 // ptrue and ptrues: the pattern's element count is a constant at this
 // length, so each chunk is one of a table's, and so are the flags.
 void emit_true(simd_size size, uint32_t word, bool flags, inline_code& c) {
-  const unsigned pd = bits(word, 3, 0), pattern = bits(word, 9, 5);
+  const unsigned pd = field(word, 3, 0), pattern = field(word, 9, 5);
   unsigned count;
   switch (size) {
   case B:
@@ -314,8 +307,8 @@ void emit_true(simd_size size, uint32_t word, bool flags, inline_code& c) {
 // where Pg and Pn are both set (0xff when none) decides which active
 // elements stay: those before it (brkb), or up to it (brka).
 void emit_break(uint32_t word, bool flags, inline_code& c) {
-  const unsigned pd = bits(word, 3, 0), pn = bits(word, 8, 5), pg = bits(word, 13, 10);
-  const bool merging = bits(word, 4, 4), after = !bits(word, 23, 23);
+  const unsigned pd = field(word, 3, 0), pn = field(word, 8, 5), pg = field(word, 13, 10);
+  const bool merging = field(word, 4, 4), after = !field(word, 23, 23);
   constexpr unsigned vBreak = 23;
   load_byte_numbers(c);
   for (unsigned k = 0; k < vector_chunks(); ++k) {
@@ -348,9 +341,9 @@ void emit_break(uint32_t word, bool flags, inline_code& c) {
 // and, bic, eor, sel, orr, orn, nor, nand of predicates under Pg/z, and the
 // flag-setting ones, which test the result under Pg.
 bool emit_logic(uint32_t word, bool flags, inline_code& c) {
-  const unsigned pd = bits(word, 3, 0), pn = bits(word, 8, 5), pg = bits(word, 13, 10);
-  const unsigned pm = bits(word, 19, 16);
-  const unsigned kind = bits(word, 23, 23) << 2 | bits(word, 9, 9) << 1 | bits(word, 4, 4);
+  const unsigned pd = field(word, 3, 0), pn = field(word, 8, 5), pg = field(word, 13, 10);
+  const unsigned pm = field(word, 19, 16);
+  const unsigned kind = field(word, 23, 23) << 2 | field(word, 9, 9) << 1 | field(word, 4, 4);
   if (flags && kind == 3) return false; // no flag-setting sel
   if (flags) load_byte_numbers(c);
   for (unsigned k = 0; k < vector_chunks(); ++k) {
@@ -397,72 +390,6 @@ bool emit_logic(uint32_t word, bool flags, inline_code& c) {
   return true;
 }
 
-// Q registers V0.. of elements of 1 << from bytes widened, zero- or
-// sign-extended, to elements of 1 << to bytes: each register becomes two,
-// the last first, so that none is written before it is read.
-void widen(inline_code& c, unsigned registers, unsigned from, unsigned to, bool sign) {
-  for (; from < to; ++from, registers *= 2) {
-    const uint32_t extend = (sign ? 0x0f00a400 : 0x2f00a400) | (8u << from) << 16; // [su]xtl
-    for (unsigned i = registers; i-- > 0;) {
-      c.put(extend | 1u << 30 | i << 5 | (2 * i + 1)); // the high half: [su]xtl2
-      c.put(extend | i << 5 | 2 * i);
-    }
-  }
-}
-
-// ldff1 scalar plus scalar, elements as in memory or extended. Inline only
-// the common case: tracing off, every element active and what it reads
-// within one page (of 4 KiB, the smallest there is), where either every
-// element can be read or the first one faults as a plain load does; FFR
-// stays as it was. Anything
-// else (an element that may fault after the first, which clears FFR from
-// there on) takes the call path after the code. As for the other memory
-// forms, the record's pc is the word's before the access and nothing else of
-// the record changes until the access succeeded.
-bool emit_first_fault_load(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
-  const sve_decoder decoder = get_sve_handler(word);
-  if (decoder == nullptr) return false;
-  const unsigned zt = bits(word, 4, 0), xn = bits(word, 9, 5), pg = bits(word, 12, 10);
-  const unsigned xm = bits(word, 20, 16);
-  const unsigned elements = process_vector_bytes() >> size;
-  // By dtype (bits 24:21): the size in memory, and which forms sign-extend.
-  static constexpr uint8_t kMemorySize[16] = {0, 0, 0, 0, 2, 1, 1, 1, 1, 1, 2, 2, 0, 0, 0, 3};
-  constexpr uint16_t kSigned = 1 << 4 | 1 << 8 | 1 << 9 | 1 << 12 | 1 << 13 | 1 << 14;
-  const unsigned dtype = bits(word, 24, 21), msize = kMemorySize[dtype];
-  if (msize > unsigned(size)) return false;
-  // Whole Q registers, which may read past the elements, within the page.
-  const unsigned loads = ((elements << msize) + kChunkBytes - 1) / kChunkBytes;
-
-  const unsigned to_call_if_tracing = c.put_branch(kBranchNonZero | kInlineTraceGate);
-  count_active(c, size, 16, pg);
-  c.put(0xf100013f | elements << 10);                           // cmp x9, #elements
-  const unsigned to_call_if_partial = c.put_branch(0x54000001); // b.ne
-
-  const unsigned pc_literal = c.put_branch(kLoadLiteralX | 10);
-  store_x(c, 10, kInlineRecord, offsetof(cpu_state, pc));
-  load_x(c, 9, kInlineRecord, x_offset(xn));
-  if (xm != 31) {
-    load_x(c, 10, kInlineRecord, x_offset(xm));
-    c.put(add_shifted(9, 9, 10, msize));
-  }
-  c.put(0x91000000 | (loads * kChunkBytes - 1) << 10 | 9 << 5 | 10); // add x10, x9, #bytes-1
-  c.put(0xca090140 | 10);                                            // eor x10, x10, x9
-  c.put(0xf274cd5f);                                                 // tst x10, #~0xfff
-  const unsigned to_call_if_two_pages = c.put_branch(0x54000001);    // b.ne
-  for (unsigned k = 0; k < loads; ++k) load_q(c, k, 9, k * kChunkBytes);
-  widen(c, loads, msize, size, kSigned >> dtype & 1);
-  for (unsigned k = 0; k < vector_chunks(); ++k) store_q(c, k, kInlineRecord, z_offset(zt, k));
-  const unsigned to_end = c.put_branch(kBranch);
-
-  c.land(to_call_if_tracing);
-  c.land(to_call_if_partial);
-  c.land(to_call_if_two_pages);
-  c.point(pc_literal, c.count + 1 + 2); // past the blr and the decoder
-  call_decoder(c, decoder, word, pc);
-  c.land(to_end);
-  return true;
-}
-
 bool uses_byte_numbers(uint8_t op) {
   switch (op) {
   case read_ffr_flags:
@@ -492,14 +419,14 @@ bool emit_predicate_op(uint8_t op, element_size elem, uint32_t word, uint64_t pc
     fill_predicate(c, kFfr, 1);
     return true;
   case read_ffr:
-    copy_predicate(c, kFfr, bits(word, 3, 0));
+    copy_predicate(c, kFfr, field(word, 3, 0));
     return true;
   case read_ffr_z:
   case read_ffr_flags:
     read_ffr_governed(c, word, op == read_ffr_flags);
     return true;
   case write_ffr:
-    copy_predicate(c, bits(word, 8, 5), kFfr);
+    copy_predicate(c, field(word, 8, 5), kFfr);
     return true;
   case load_first_fault:
     return emit_first_fault_load(size, word, pc, c);
@@ -513,7 +440,7 @@ bool emit_predicate_op(uint8_t op, element_size elem, uint32_t word, uint64_t pc
     emit_true(size, word, op == true_p_flags, c);
     return true;
   case false_p:
-    fill_predicate(c, bits(word, 3, 0), 0);
+    fill_predicate(c, field(word, 3, 0), 0);
     return true;
   case break_p:
   case break_p_flags:
