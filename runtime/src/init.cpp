@@ -4,6 +4,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <link.h>
+#include <pthread.h>
 #include <sys/auxv.h>
 #include <sys/mman.h>
 #include <sys/single_threaded.h>
@@ -258,6 +259,12 @@ void fork_child() {
   run_fork_child();
 }
 
+} // namespace
+
+void process_forked() { fork_child(); }
+
+namespace {
+
 app_hooks hooks_for_application;
 launch_settings launch;
 bool launched;
@@ -278,7 +285,7 @@ __attribute__((constructor)) void runtime_start() {
   resolve_libc_functions();
   keep_private_handles();
   set_application_name(launch.app);
-  site_patching_init();
+  pthread_atfork(nullptr, nullptr, only_forking_thread_left);
   take_sigill();
   take_fault_signals();
   take_ending_signals();
