@@ -16,6 +16,7 @@
 #include <cstring>
 
 #include "app_hooks.h"
+#include "code_patch.h"
 #include "code_retire.h"
 #include "runtime.h"
 #include "signals.h"
@@ -310,6 +311,7 @@ __attribute__((constructor)) void runtime_start() {
   hooks.code_protection_changing = [](void* start, size_t length) {
     retire_code(static_cast<app_pc>(start), static_cast<app_pc>(start) + length, true);
   };
+  hooks.mappings_changed = mappings_changed;
   hooks.vector_bytes = launch.vector_bytes;
   hooks.vector_length_inherited = launch.vector_length_inherited;
   hooks.relaunch = launch.relaunch;

@@ -293,10 +293,14 @@ long carry_out(ucontext_t* uc, long number, const uint64_t* a) {
     // The exit events, in this handler (the thread's runtime memory stays).
     process_dying_by_signal();
     return -ENOSYS;
-  case SYS_mprotect:
+  case SYS_mprotect: {
     if ((a[2] & (PROT_WRITE | PROT_EXEC)) != PROT_EXEC)
       retire_code(reinterpret_cast<app_pc>(a[0]), reinterpret_cast<app_pc>(a[0] + a[1]), true);
-    return -ENOSYS;
+    const long rc = raw_system_call(number, a);
+    // Another thread may have read the mappings since the retirement.
+    mappings_changed();
+    return rc;
+  }
   case SYS_execve:
     return exec(uc, a);
   case SYS_munmap: {
