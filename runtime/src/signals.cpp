@@ -64,6 +64,9 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
     dr_fprintf(our_stderr, "zorvo: no memory for a new thread's runtime state\n");
     dr_abort();
   }
+  // An application handler that left by siglongjmp is over.
+  if (t != nullptr)
+    drop_abandoned(t, uc->uc_mcontext.sp, reinterpret_cast<uintptr_t>(__builtin_frame_address(0)));
   bool none = t == nullptr;
   byte* const code =
       none ? nullptr : fragment_for(t, pc, !runtime_shut_down, !settings.entry_by_signal, &none);
