@@ -213,9 +213,6 @@ uint32_t cmge_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
 uint32_t cmeq_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
   return three_same(0x6e208c00 | size << 22, vd, vn, vm);
 }
-uint32_t cmtst_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
-  return three_same(0x4e208c00 | size << 22, vd, vn, vm);
-}
 uint32_t lane_sign_to_one(simd_size size, unsigned vd, unsigned vn) {
   return 0x6f000400 | ((8u << size) + 1) << 16 | vn << 5 | vd; // ushr #bits-1
 }

@@ -148,13 +148,12 @@ uint32_t uaddlv_b(unsigned vd, unsigned vn); // the sum of the bytes, as a halfw
 uint32_t neg_v(simd_size size, unsigned vd, unsigned vn);
 uint32_t not_v(unsigned vd, unsigned vn);
 // All-ones lanes where the comparison holds: Vn > Vm unsigned, Vn >= Vm
-// unsigned, signed, equal, and (Vn AND Vm) non-zero.
+// unsigned, the same signed, and equal.
 uint32_t cmhi_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 uint32_t cmhs_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 uint32_t cmgt_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 uint32_t cmge_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 uint32_t cmeq_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
-uint32_t cmtst_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 // Each lane shifted right, unsigned, by its width less one: all-ones lanes
 // become 1.
 uint32_t lane_sign_to_one(simd_size size, unsigned vd, unsigned vn);

@@ -50,7 +50,7 @@ void element_ones(inline_code& c, simd_size size) { lane_ones(c, size, vOnes); }
 // Vd: all ones over every element whose first byte in predicate chunk Vg is
 // set (V19 prepared for sizes other than bytes).
 uint32_t active_elements(simd_size size, unsigned vd, unsigned vg) {
-  return size == B ? neg_v(B, vd, vg) : cmtst_v(size, vd, vg, vOnes);
+  return size == B ? neg_v(B, vd, vg) : test_v(size, vd, vg, vOnes);
 }
 
 // The predicate test of a result under a governing predicate, gathered chunk
