@@ -4,14 +4,6 @@ using namespace a64;
 
 namespace {
 
-// NZCV into the record from W9 (N), W11 (Z) and W10 (C), each 0 or 1.
-void store_flags(inline_code& c) {
-  c.put(0x2a000000 | 11 << 16 | 1 << 10 | 10 << 5 | 10); // orr w10, w10, w11, lsl #1
-  c.put(0x2a000000 | 9 << 16 | 2 << 10 | 10 << 5 | 10);  // orr w10, w10, w9, lsl #2
-  c.put(0x53000000 | 3 << 16 | 2 << 10 | 10 << 5 | 10);  // lsl w10, w10, #29
-  store_x(c, 10, kInlineRecord, offsetof(cpu_state, nzcv));
-}
-
 // Bit i of each byte's weight, at the first byte of every element only: the
 // bytes of a mask ANDed with it and summed eight at a time give one bit per
 // vector byte.
@@ -72,7 +64,7 @@ void partial_compare(inline_code& c, simd_size size, uint32_t compare, bool nega
   c.put(0x1a9f17e0 | 10);                      // cset w10, eq: C
   c.put(0xf100017f);                           // cmp x11, #0
   c.put(0x1a9f17e0 | 11);                      // cset w11, eq: Z
-  store_flags(c);
+  store_flags(c, 9, 11, 10);
 }
 
 } // namespace
@@ -141,7 +133,7 @@ bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
   c.put(0x52000000 | 10 << 5 | 10); // eor w10, w10, #1: C
   c.put(0xf100017f);                // cmp x11, #0
   c.put(0x1a9f17e0 | 11);           // cset w11, eq: Z
-  store_flags(c);
+  store_flags(c, 9, 11, 10);
   const unsigned to_end = c.put_branch(kBranch);
   c.land(to_call);
   if (vector_chunks() <= 4)

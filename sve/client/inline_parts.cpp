@@ -49,6 +49,13 @@ unsigned branch_unless_any_active(inline_code& c, unsigned pg, simd_size size) {
   return branch_on_predicate(c, pg, size, true);
 }
 
+void store_flags(inline_code& c, unsigned wn, unsigned wz, unsigned wc) {
+  c.put(0x2a000000 | wz << 16 | 1 << 10 | wc << 5 | wc); // orr wc, wc, wz, lsl #1
+  c.put(0x2a000000 | wn << 16 | 2 << 10 | wc << 5 | wc); // orr wc, wc, wn, lsl #2
+  c.put(0x53000000 | 3 << 16 | 2 << 10 | wc << 5 | wc);  // lsl wc, wc, #29
+  store_x(c, wc, kInlineRecord, offsetof(cpu_state, nzcv));
+}
+
 void fpsr_in(inline_code& c) {
   c.put(0xb9400000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
   c.put(0xd51b4420 | 9); // msr fpsr, x9

@@ -101,6 +101,10 @@ inline bool predicate_address_kept() { return vector_chunks() >= 3 && vector_chu
 // registers.
 unsigned branch_unless_any_active(inline_code& c, unsigned pg, a64::simd_size size);
 
+// NZCV into the record from three W registers that hold 0 or 1 each: N, Z
+// and C (V clear). The C register is scratch for the packing.
+void store_flags(inline_code& c, unsigned wn, unsigned wz, unsigned wc);
+
 // The application's FPSR on the host around floating-point code (X9 as
 // scratch), and its flags back into the record: the architecture's
 // cumulative flags, raised by the same operations.
