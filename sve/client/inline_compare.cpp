@@ -4,6 +4,9 @@ using namespace a64;
 
 namespace {
 
+// One of the Advanced SIMD compares of two vectors (cmhs_v .. cmeq_v).
+using vector_compare = uint32_t (*)(simd_size, unsigned, unsigned, unsigned);
+
 // Bit i of each byte's weight, at the first byte of every element only: the
 // bytes of a mask ANDed with it and summed eight at a time give one bit per
 // vector byte.
@@ -28,12 +31,12 @@ void pack_chunks(inline_code& c, const unsigned* regs, unsigned vd, unsigned scr
 // The compare under a partial Pg: inactive elements false. R (the result)
 // and G (Pg's elements) packed into X11 and X12; N is R at G's lowest bit, C
 // the inverse of R at its highest (none: bit 63, which R lacks then too).
-void partial_compare(inline_code& c, simd_size size, uint32_t compare, bool negate, unsigned zn,
-                     unsigned zm, unsigned pg, unsigned pd) {
+void partial_compare(inline_code& c, simd_size size, vector_compare compare, bool negate,
+                     unsigned zn, unsigned zm, unsigned pg, unsigned pd) {
   lane_ones(c, size, 4);
   move_constant(c, 9, first_byte_weights(size));
   c.put(dup_v_from_x(D, 30, 9));
-  c.put(0x6f00e400 | 31); // movi v31.2d, #0
+  c.put(movi_b(31, 0));
   unsigned result[4] = {31, 31, 31, 31}, active[4] = {31, 31, 31, 31};
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     result[k] = 16 + k, active[k] = 24 + k;
@@ -41,12 +44,12 @@ void partial_compare(inline_code& c, simd_size size, uint32_t compare, bool nega
     load_q(c, 1, kInlineRecord, z_offset(zm, k));
     load_q(c, 3, kInlineRecord, p_offset(pg, k));
     c.put(test_v(size, 3, 3, 4));
-    c.put(compare | size << 22 | 1 << 16 | 0 << 5 | 0);
-    if (negate) c.put(0x6e205800); // mvn v0, v0
+    c.put(compare(size, 0, 0, 1));
+    if (negate) c.put(not_v(0, 0));
     c.put(and_v(0, 0, 3));
     c.put(and_v(result[k], 0, 30));
     c.put(and_v(active[k], 3, 30));
-    c.put(0x6f000400 | ((8u << size) + 1) << 16 | 0 << 5 | 0); // ushr v0, #bits-1
+    c.put(lane_sign_to_one(size, 0, 0));
     store_q(c, 0, kInlineRecord, p_offset(pd, k));
   }
   pack_chunks(c, result, 20, 21);
@@ -81,28 +84,28 @@ bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
   const unsigned zm = field(word, 20, 16);
   // Bits 15 and 13 (op, o2) and 4 (ne) pick the comparison.
   const unsigned kind = field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4);
-  uint32_t compare;
+  vector_compare compare;
   bool negate = false;
   switch (kind) {
   case 0b000:
-    compare = 0x6e203c00;
-    break; // cmphs: cmhs
+    compare = cmhs_v; // cmphs
+    break;
   case 0b001:
-    compare = 0x6e203400;
-    break; // cmphi: cmhi
+    compare = cmhi_v; // cmphi
+    break;
   case 0b100:
-    compare = 0x4e203c00;
-    break; // cmpge: cmge
+    compare = cmge_v; // cmpge
+    break;
   case 0b101:
-    compare = 0x4e203400;
-    break; // cmpgt: cmgt
+    compare = cmgt_v; // cmpgt
+    break;
   case 0b110:
-    compare = 0x6e208c00;
-    break; // cmpeq: cmeq
+    compare = cmeq_v; // cmpeq
+    break;
   case 0b111:
-    compare = 0x6e208c00;
+    compare = cmeq_v; // cmpne: not cmeq
     negate = true;
-    break; // cmpne: not cmeq
+    break;
   default:
     return false;
   }
@@ -116,9 +119,9 @@ bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
     const unsigned v = 5 + k;
     load_q(c, 0, kInlineRecord, z_offset(zn, k));
     load_q(c, 1, kInlineRecord, z_offset(zm, k));
-    c.put(compare | size << 22 | 1 << 16 | 0 << 5 | v);
-    if (negate) c.put(0x6e205800 | v << 5 | v);                // mvn
-    c.put(0x6f000400 | ((8u << size) + 1) << 16 | v << 5 | v); // ushr #bits-1
+    c.put(compare(size, v, 0, 1));
+    if (negate) c.put(not_v(v, v));
+    c.put(lane_sign_to_one(size, v, v));
     store_q(c, v, kInlineRecord, p_offset(pd, k));
     if (k == 1) c.put(orr_v(2, 5, 6));
     if (k > 1) c.put(orr_v(2, 2, v));
@@ -126,8 +129,8 @@ bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
   const unsigned any = vector_chunks() == 1 ? 5 : 2;
   c.put(umov_d(11, any, 0));
   c.put(umov_d(12, any, 1));
-  c.put(0xaa0c016b);              // orr x11, x11, x12
-  c.put(0x0e013c00 | 5 << 5 | 9); // umov w9, v5.b[0]
+  c.put(orr_x(11, 11, 12));
+  c.put(umov_b0(9, 5));
   c.put(0x0e003c00 | ((kChunkBytes - (1u << size)) << 1 | 1) << 16 | last << 5 |
         10);                        // umov w10, b[last]
   c.put(0x52000000 | 10 << 5 | 10); // eor w10, w10, #1: C
@@ -192,7 +195,7 @@ bool emit_fp_compare(simd_size size, uint32_t word, bool with_zero, inline_code&
     if (!with_zero) c.put(and_v(1, 1, 3));
     compare();
     c.put(and_v(0, 0, 3));
-    c.put(0x6f000400 | ((8u << size) + 1) << 16 | 0 << 5 | 0); // ushr v0, #bits-1
+    c.put(lane_sign_to_one(size, 0, 0));
     store_q(c, 0, kInlineRecord, p_offset(pd, k));
   }
   fpsr_out(c);

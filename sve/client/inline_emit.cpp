@@ -89,7 +89,7 @@ void add_constant(inline_code& c, unsigned xd, unsigned xn, int64_t value) {
     c.put(op | 1u << 22 | uint32_t(magnitude >> 12) << 10 | xn << 5 | xd);
   } else {
     move_constant(c, 15, uint64_t(value));
-    c.put(0x8b000000 | 15u << 16 | xn << 5 | xd); // add xd, xn, x15
+    c.put(add_shifted(xd, xn, 15, 0));
   }
 }
 
@@ -191,8 +191,12 @@ uint32_t umin_b(unsigned vd, unsigned vn, unsigned vm) {
 uint32_t umax_b(unsigned vd, unsigned vn, unsigned vm) {
   return three_same(0x6e206400, vd, vn, vm);
 }
-uint32_t uminv_b(unsigned vd, unsigned vn) { return 0x6e31a800 | vn << 5 | vd; }
-uint32_t umaxv_b(unsigned vd, unsigned vn) { return 0x6e30a800 | vn << 5 | vd; }
+uint32_t uminv_v(simd_size size, unsigned vd, unsigned vn) {
+  return 0x6e31a800 | size << 22 | vn << 5 | vd;
+}
+uint32_t umaxv_v(simd_size size, unsigned vd, unsigned vn) {
+  return 0x6e30a800 | size << 22 | vn << 5 | vd;
+}
 uint32_t uaddlv_b(unsigned vd, unsigned vn) { return 0x6e303800 | vn << 5 | vd; }
 uint32_t neg_v(simd_size size, unsigned vd, unsigned vn) {
   return 0x6e20b800 | size << 22 | vn << 5 | vd;

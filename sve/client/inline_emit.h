@@ -142,8 +142,9 @@ uint32_t orn_v(unsigned vd, unsigned vn, unsigned vm); // Vn OR NOT Vm
 uint32_t bic_v(unsigned vd, unsigned vn, unsigned vm); // Vn AND NOT Vm
 uint32_t umin_b(unsigned vd, unsigned vn, unsigned vm);
 uint32_t umax_b(unsigned vd, unsigned vn, unsigned vm);
-uint32_t uminv_b(unsigned vd, unsigned vn); // the least byte into lane 0
-uint32_t umaxv_b(unsigned vd, unsigned vn);
+// The least (greatest) lane of Vn into lane 0 of Vd.
+uint32_t uminv_v(simd_size size, unsigned vd, unsigned vn);
+uint32_t umaxv_v(simd_size size, unsigned vd, unsigned vn);
 uint32_t uaddlv_b(unsigned vd, unsigned vn); // the sum of the bytes, as a halfword
 uint32_t neg_v(simd_size size, unsigned vd, unsigned vn);
 uint32_t not_v(unsigned vd, unsigned vn);

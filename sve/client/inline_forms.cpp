@@ -404,7 +404,7 @@ bool put_merging_operation(inline_code& c, inline_op op, simd_size size) {
     c.put(eor_v(2, 0, 1));
     return true;
   case inline_op::neg_zp:
-    c.put(0x6e20b800 | sz | 1 << 5 | 2);
+    c.put(neg_v(size, 2, 1));
     return true;
   case inline_op::abs_zp:
     c.put(0x4e20b800 | sz | 1 << 5 | 2);
@@ -536,11 +536,10 @@ bool emit_while(inline_op op, simd_size size, uint32_t word, inline_code& c) {
   c.put(0x9a8c3000 | 11 << 5 | 11);             // csel x11, x11, x12, lo
   c.put(dup_v_from_x(size, 0, 11));
   move_constant(c, 13, reinterpret_cast<uint64_t>(kLaneNumbers.bytes[size]));
-  const unsigned bits = 8u << size;
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 1, 13, k * kChunkBytes);
-    c.put(0x6e203400 | size << 22 | 1 << 16 | 0 << 5 | 1); // cmhi v1, v0, v1
-    c.put(0x6f000400 | (bits + 1) << 16 | 1 << 5 | 1);     // ushr v1, v1, #bits-1
+    c.put(cmhi_v(size, 1, 0, 1));
+    c.put(lane_sign_to_one(size, 1, 1));
     store_q(c, 1, kInlineRecord, p_offset(pd, k));
   }
   // NZCV from the three cases: N C when 0 < count < elements, Z C when

@@ -25,9 +25,9 @@ unsigned branch_on_predicate(inline_code& c, unsigned pg, simd_size size, bool a
   }
   if (size != D) {
     const unsigned top = (8u << size) - 1;
-    c.put(0x4f005400 | ((8u << size) + top) << 16 | 2 << 5 | 2);      // shl v2, v2, #top
-    c.put((any ? 0x6e30a800 : 0x6e31a800) | size << 22 | 2 << 5 | 2); // umaxv / uminv
-    c.put(0x1e260000 | 2 << 5 | 9);                                   // fmov w9, s2
+    c.put(0x4f005400 | ((8u << size) + top) << 16 | 2 << 5 | 2); // shl v2, v2, #top
+    c.put(any ? umaxv_v(size, 2, 2) : uminv_v(size, 2, 2));
+    c.put(0x1e260000 | 2 << 5 | 9); // fmov w9, s2
     return c.put_branch(branch_if_bit_clear(9, top));
   }
   c.put(umov_d(9, 2, 0));

@@ -82,7 +82,7 @@ void test_chunk(inline_code& c, unsigned k, simd_size size, unsigned vg, unsigne
 // whenever any element is set).
 void flags_from_bounds(inline_code& c, unsigned tested) {
   // Predicate bytes hold 0 or 1: the greatest says whether any is set.
-  c.put(umaxv_b(vAny, vAny));
+  c.put(umaxv_v(B, vAny, vAny));
   c.put(umov_b0(10, vAny));
   add_constant(c, 14, kInlineRecord, int64_t(p_offset(tested, 0)));
   c.put(load_byte_indexed(9, 14, 11));  // the first governed element
@@ -96,8 +96,8 @@ void flags_from_bounds(inline_code& c, unsigned tested) {
 
 // The same from what test_chunk gathered.
 void finish_test(inline_code& c, simd_size size, unsigned tested) {
-  c.put(uminv_b(vFirst, vFirst));
-  c.put(umaxv_b(vLast, vLast));
+  c.put(uminv_v(B, vFirst, vFirst));
+  c.put(umaxv_v(B, vLast, vLast));
   c.put(umov_b0(11, vFirst));
   c.put(umov_b0(12, vLast));
   // The last active byte lies in the last element: its first byte.
@@ -317,7 +317,7 @@ void emit_break(uint32_t word, bool flags, inline_code& c) {
     c.put(orn_v(k == 0 ? vBreak : 2, 3, 2));
     if (k > 0) c.put(umin_b(vBreak, vBreak, 2));
   }
-  c.put(uminv_b(vBreak, vBreak));
+  c.put(uminv_v(B, vBreak, vBreak));
   c.put(dup_b0(vBreak, vBreak));
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 1, kInlineRecord, p_offset(pg, k));
