@@ -1,7 +1,6 @@
 #include "inline_forms.h"
 
 #include "../decode/sve_utils.h"
-#include "../handlers/pattern_count.h"
 #include "inline_compare.h"
 #include "inline_memory.h"
 #include "inline_parts.h"
@@ -228,18 +227,9 @@ void store_v1_everywhere(inline_code& c, unsigned zd) {
 }
 
 // The element count a pattern names, times the multiplier in bits 19:16.
-unsigned pattern_elements(uint32_t word, element_size elem) {
+unsigned multiplied_pattern_elements(uint32_t word, element_size elem) {
   const unsigned pattern = field(word, 9, 5), multiplier = field(word, 19, 16) + 1;
-  switch (elem) {
-  case ELEM_B:
-    return pattern_count<uint8_t>(pattern) * multiplier;
-  case ELEM_H:
-    return pattern_count<uint16_t>(pattern) * multiplier;
-  case ELEM_S:
-    return pattern_count<uint32_t>(pattern) * multiplier;
-  default:
-    return pattern_count<uint64_t>(pattern) * multiplier;
-  }
+  return pattern_elements(simd_size(elem), pattern) * multiplier;
 }
 
 // An 8-bit immediate and its shift (bit 13), as add, sub and dup take it;
@@ -496,19 +486,6 @@ bool emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
   return true;
 }
 
-// Each element's number, in lanes of its size, for the predicate builders:
-// lane i of the vector holds i.
-struct lane_numbers {
-  alignas(16) uint8_t bytes[4][kMaxVectorBytes] = {};
-  constexpr lane_numbers() {
-    for (unsigned size = 0; size < 4; ++size)
-      for (unsigned lane = 0; lane < kMaxVectorBytes >> size; ++lane)
-        for (unsigned b = 0; b < (1u << size) && b < 8; ++b)
-          bytes[size][(lane << size) + b] = uint8_t(uint64_t{lane} >> (8 * b));
-  }
-};
-constexpr lane_numbers kLaneNumbers;
-
 // whilelo/whilelt: the first `count` elements active, count = the distance
 // from Rn up to Rm, at most the element count, 0 unless Rn < Rm. Flags as a
 // test of the result under an all-true predicate: N the first element
@@ -535,7 +512,7 @@ bool emit_while(inline_op op, simd_size size, uint32_t word, inline_code& c) {
   c.put(0xf100001f | elements << 10 | 11 << 5); // cmp x11, #elements
   c.put(0x9a8c3000 | 11 << 5 | 11);             // csel x11, x11, x12, lo
   c.put(dup_v_from_x(size, 0, 11));
-  move_constant(c, 13, reinterpret_cast<uint64_t>(kLaneNumbers.bytes[size]));
+  move_constant(c, 13, reinterpret_cast<uint64_t>(lane_numbers(size)));
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 1, 13, k * kChunkBytes);
     c.put(cmhi_v(size, 1, 0, 1));
@@ -602,13 +579,13 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
     return true;
   case inline_op::count_x:
     if (zd == 31) return false; // the zero register: nothing to write
-    move_constant(c, 9, pattern_elements(word, elem));
+    move_constant(c, 9, multiplied_pattern_elements(word, elem));
     store_x(c, 9, kInlineRecord, x_offset(zd));
     return true;
   case inline_op::increment_x:
   case inline_op::decrement_x: {
     if (zd == 31) return false;
-    const int64_t step = pattern_elements(word, elem);
+    const int64_t step = multiplied_pattern_elements(word, elem);
     load_x(c, 9, kInlineRecord, x_offset(zd));
     add_constant(c, 9, 9, op == inline_op::increment_x ? step : -step);
     store_x(c, 9, kInlineRecord, x_offset(zd));
@@ -616,7 +593,7 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
   }
   case inline_op::increment_z:
   case inline_op::decrement_z: {
-    const uint64_t step = pattern_elements(word, elem);
+    const uint64_t step = multiplied_pattern_elements(word, elem);
     broadcast_v1(c, size, step);
     const bool add = op == inline_op::increment_z;
     each_chunk_with_v1(c, zd, [size, add](unsigned d, unsigned n, unsigned m) {

@@ -2,9 +2,22 @@
 
 #include <cstring>
 
+#include "../handlers/pattern_count.h"
+
 using namespace a64;
 
 namespace {
+
+struct lane_number_table {
+  alignas(16) uint8_t bytes[4][kMaxVectorBytes] = {};
+  constexpr lane_number_table() {
+    for (unsigned size = 0; size < 4; ++size)
+      for (unsigned lane = 0; lane < kMaxVectorBytes >> size; ++lane)
+        for (unsigned b = 0; b < (1u << size) && b < 8; ++b)
+          bytes[size][(lane << size) + b] = uint8_t(uint64_t{lane} >> (8 * b));
+  }
+};
+constexpr lane_number_table kLaneNumbers;
 
 // The AND (or, with `any`, the OR) of Pg's chunks into V2, then a branch
 // (to be landed) taken when bit 0 of some (or of every) element's first
@@ -40,6 +53,21 @@ unsigned branch_on_predicate(inline_code& c, unsigned pg, simd_size size, bool a
 }
 
 } // namespace
+
+const uint8_t* lane_numbers(simd_size size) { return kLaneNumbers.bytes[size]; }
+
+unsigned pattern_elements(simd_size size, unsigned pattern) {
+  switch (size) {
+  case B:
+    return pattern_count<uint8_t>(pattern);
+  case H:
+    return pattern_count<uint16_t>(pattern);
+  case S:
+    return pattern_count<uint32_t>(pattern);
+  default:
+    return pattern_count<uint64_t>(pattern);
+  }
+}
 
 unsigned branch_unless_all_true(inline_code& c, unsigned pg, simd_size size) {
   return branch_on_predicate(c, pg, size, false);

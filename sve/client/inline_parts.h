@@ -101,6 +101,14 @@ inline bool predicate_address_kept() { return vector_chunks() >= 3 && vector_chu
 // registers.
 unsigned branch_unless_any_active(inline_code& c, unsigned pg, a64::simd_size size);
 
+// Lane i of the vector holding i, in lanes of 1 << size bytes: where a
+// predicate's elements are, for the forms that build or search one.
+const uint8_t* lane_numbers(a64::simd_size size);
+
+// The element count that a predicate pattern (POW2, VL1 .. ALL) names at the process's
+// vector length, for elements of 1 << size bytes.
+unsigned pattern_elements(a64::simd_size size, unsigned pattern);
+
 // NZCV into the record from three W registers that hold 0 or 1 each: N, Z
 // and C (V clear). The C register is scratch for the packing.
 void store_flags(inline_code& c, unsigned wn, unsigned wz, unsigned wc);

@@ -1,6 +1,5 @@
 #include "inline_predicates.h"
 #include "../decode/sve_utils.h"
-#include "../handlers/pattern_count.h"
 #include "inline_memory.h"
 
 namespace {
@@ -11,15 +10,6 @@ using namespace predicate_forms;
 // FFR lies right after P15 in the record, so it is predicate 16 there.
 constexpr unsigned kFfr = 16;
 static_assert(p_offset(kFfr, 0) == record_offset::ffr);
-
-// Byte i holds i: where a predicate's first and last active elements are.
-struct byte_numbers {
-  alignas(16) uint8_t b[kMaxVectorBytes] = {};
-  constexpr byte_numbers() {
-    for (unsigned i = 0; i < kMaxVectorBytes; ++i) b[i] = uint8_t(i);
-  }
-};
-constexpr byte_numbers kByteNumbers;
 
 // 16 predicate bytes with the first j elements of a size active, for ptrue:
 // [size][j].
@@ -41,7 +31,8 @@ constexpr unsigned kNumbers = 13;
 constexpr unsigned vFirst = 16, vLast = 17, vAny = 18, vOnes = 19;
 
 void load_byte_numbers(inline_code& c) {
-  move_constant(c, kNumbers, reinterpret_cast<uint64_t>(kByteNumbers.b));
+  // Byte i holds i: where a predicate's first and last active elements are.
+  move_constant(c, kNumbers, reinterpret_cast<uint64_t>(lane_numbers(B)));
 }
 
 // V19: 1 in the first byte of every element of the size.
@@ -265,21 +256,7 @@ void emit_test(uint32_t word, inline_code& c) {
 // length, so each chunk is one of a table's, and so are the flags.
 void emit_true(simd_size size, uint32_t word, bool flags, inline_code& c) {
   const unsigned pd = field(word, 3, 0), pattern = field(word, 9, 5);
-  unsigned count;
-  switch (size) {
-  case B:
-    count = pattern_count<uint8_t>(pattern);
-    break;
-  case H:
-    count = pattern_count<uint16_t>(pattern);
-    break;
-  case S:
-    count = pattern_count<uint32_t>(pattern);
-    break;
-  default:
-    count = pattern_count<uint64_t>(pattern);
-    break;
-  }
+  const unsigned count = pattern_elements(size, pattern);
   const unsigned per_chunk = kChunkBytes >> size;
   move_constant(c, kNumbers, reinterpret_cast<uint64_t>(kLeadingChunks.b[size]));
   unsigned loaded = ~0u;
