@@ -19,16 +19,11 @@ namespace a64 {
 namespace {
 
 // The load/store (unsigned immediate) class: `opcode` holds size, V and opc.
-// An offset past the immediate's reach (the record's predicates lie beyond
-// 12 KiB) takes its multiple of 4 KiB into X15 first.
+// Every field of the record lies within the immediate's reach for Q and X
+// registers; an offset past it is refused, not wrapped.
+static_assert(sizeof(cpu_state) <= 4095 * 8);
 void scaled_access(inline_code& c, uint32_t opcode, unsigned scale, unsigned rt, unsigned base,
                    size_t offset) {
-  if (offset % scale == 0 && offset / scale > 4095 && offset < (size_t(1) << 24) && base != 15) {
-    const size_t high = offset & ~size_t(0xfff);
-    c.put(0x91400000 | uint32_t(high >> 12) << 10 | base << 5 | 15); // add x15, base, #high, lsl 12
-    base = 15;
-    offset -= high;
-  }
   if (offset % scale != 0 || offset / scale > 4095) {
     c.overflow = true;
     return;
@@ -53,10 +48,6 @@ void load_x(inline_code& c, unsigned xt, unsigned base, size_t offset) {
 }
 void store_x(inline_code& c, unsigned xt, unsigned base, size_t offset) {
   scaled_access(c, 0xf9000000, 8, xt, base, offset);
-}
-
-void load_byte(inline_code& c, unsigned wt, unsigned base, size_t offset) {
-  scaled_access(c, 0x39400000, 1, wt, base, offset);
 }
 
 uint32_t load_consecutive_q(unsigned vt, unsigned count, unsigned xn) {

@@ -75,7 +75,6 @@ void load_q(inline_code& c, unsigned qt, unsigned base, size_t offset);
 void store_q(inline_code& c, unsigned qt, unsigned base, size_t offset);
 void load_x(inline_code& c, unsigned xt, unsigned base, size_t offset);
 void store_x(inline_code& c, unsigned xt, unsigned base, size_t offset);
-void load_byte(inline_code& c, unsigned wt, unsigned base, size_t offset);
 // Q registers vt.. vt+count-1 (count 1 to 4) from consecutive bytes at Xn.
 uint32_t load_consecutive_q(unsigned vt, unsigned count, unsigned xn);
 

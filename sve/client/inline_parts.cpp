@@ -26,7 +26,10 @@ constexpr lane_number_table kLaneNumbers;
 // constant needs; doublewords fold into X9 and test against one.
 unsigned branch_on_predicate(inline_code& c, unsigned pg, simd_size size, bool any) {
   const auto combine = any ? orr_v : and_v;
-  if (predicate_address_kept()) {
+  // Vectors of 3 or 4 chunks load the predicate with one ld1, from its
+  // address put in X14: shorter ones need no more words chunk by chunk, and
+  // ld1 holds at most four registers.
+  if (vector_chunks() >= 3 && vector_chunks() <= 4) {
     add_constant(c, 14, kInlineRecord, int64_t(p_offset(pg, 0)));
     c.put(load_consecutive_q(2, vector_chunks(), 14));
     for (unsigned k = 1; k < vector_chunks(); ++k) c.put(combine(2, 2, 2 + k));

@@ -1,5 +1,6 @@
 // Pieces that the inline forms of every family share: the forms themselves,
-// the all-true test of a predicate and the call path.
+// the tests of a predicate, lane numbers and pattern counts, the packing of
+// flags and the FPSR around floating-point code.
 #pragma once
 
 #include <cstdint>
@@ -94,9 +95,6 @@ enum class inline_op : uint8_t {
 // bit 0 of each element's first predicate byte is set. X9, X10, X14, X15
 // and V2 to V5 are scratch.
 unsigned branch_unless_all_true(inline_code& c, unsigned pg, a64::simd_size size);
-// Whether, after those tests, X14 holds Pg's address in the record: for
-// vectors of 3 or 4 chunks, whose predicate is loaded from there at once.
-inline bool predicate_address_kept() { return vector_chunks() >= 3 && vector_chunks() <= 4; }
 // A branch (to be landed) taken when no element of Pg is active; the same
 // registers.
 unsigned branch_unless_any_active(inline_code& c, unsigned pg, a64::simd_size size);
