@@ -209,9 +209,7 @@ bool emit_compare_imm(simd_size size, uint32_t word, inline_code& c) {
   unsigned to_any_predicate = 0, to_end = 0;
   const bool all_true_way = vector_chunks() <= 4;
   if (all_true_way) {
-    count_active(c, size, 16, pg);
-    c.put(0xf100013f | (process_vector_bytes() >> size) << 10); // cmp x9, #elements
-    to_any_predicate = c.put_branch(0x54000001);                // b.ne
+    to_any_predicate = branch_unless_all_true(c, pg, size); // V1 outlives its scratch
     for (unsigned k = 0; k < vector_chunks(); ++k) {
       compare_chunk(k);
       store_q(c, 0, kInlineRecord, p_offset(pd, k));
