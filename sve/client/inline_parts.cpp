@@ -95,3 +95,65 @@ void fpsr_out(inline_code& c) {
   c.put(0xd53b4420 | 9); // mrs x9, fpsr
   c.put(0xb9000000 | uint32_t(offsetof(cpu_state, fpsr) / 4) << 10 | kInlineRecord << 5 | 9);
 }
+
+// The predicate test gathered chunk by chunk.
+
+namespace {
+
+constexpr unsigned vFirst = 16, vLast = 17, vAny = 18;
+
+// Vd: all ones over every element whose first byte in predicate chunk Vg is
+// set (V19 prepared for sizes other than bytes).
+uint32_t active_elements(simd_size size, unsigned vd, unsigned vg) {
+  return size == B ? neg_v(B, vd, vg) : test_v(size, vd, vg, vOnes);
+}
+
+// NZCV into the record, as finish_test gives it, from the number of the
+// first governed byte in W11, of the last in W12 and V18 (any element set).
+void flags_from_bounds(inline_code& c, unsigned tested) {
+  // Predicate bytes hold 0 or 1: the greatest says whether any is set.
+  c.put(umaxv_v(B, vAny, vAny));
+  c.put(umov_b0(10, vAny));
+  add_constant(c, 14, kInlineRecord, int64_t(p_offset(tested, 0)));
+  c.put(load_byte_indexed(9, 14, 11));  // the first governed element
+  c.put(load_byte_indexed(11, 14, 12)); // the last
+  c.put(0x0a0a0129);                    // and w9, w9, w10: N
+  c.put(0x0a0a016b);                    // and w11, w11, w10
+  c.put(0x52000000 | 11 << 5 | 11);     // eor w11, w11, #1: C
+  c.put(0x52000000 | 10 << 5 | 10);     // eor w10, w10, #1: Z
+  store_flags(c, 9, 10, 11);
+}
+
+} // namespace
+
+void load_byte_numbers(inline_code& c) {
+  move_constant(c, xNumbers, reinterpret_cast<uint64_t>(lane_numbers(B)));
+}
+
+void element_ones(inline_code& c, simd_size size) { lane_ones(c, size, vOnes); }
+
+void test_chunk(inline_code& c, unsigned k, simd_size size, unsigned vg, unsigned vr,
+                unsigned vnum) {
+  c.put(active_elements(size, 20, vg));
+  if (k == 0) {
+    c.put(orn_v(vFirst, vnum, 20));
+    c.put(and_v(vLast, vnum, 20));
+    c.put(orr_v(vAny, vr, vr));
+    return;
+  }
+  c.put(orn_v(21, vnum, 20));
+  c.put(umin_b(vFirst, vFirst, 21));
+  c.put(and_v(21, vnum, 20));
+  c.put(umax_b(vLast, vLast, 21));
+  c.put(orr_v(vAny, vAny, vr));
+}
+
+void finish_test(inline_code& c, simd_size size, unsigned tested) {
+  c.put(uminv_v(B, vFirst, vFirst));
+  c.put(umaxv_v(B, vLast, vLast));
+  c.put(umov_b0(11, vFirst));
+  c.put(umov_b0(12, vLast));
+  // The last active byte lies in the last element: its first byte.
+  if (size != B) c.put(0x12000000 | (32 - size) << 16 | (31 - size) << 10 | 12 << 5 | 12);
+  flags_from_bounds(c, tested);
+}

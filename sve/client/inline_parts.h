@@ -116,3 +116,33 @@ void store_flags(inline_code& c, unsigned wn, unsigned wz, unsigned wc);
 // cumulative flags, raised by the same operations.
 void fpsr_in(inline_code& c);
 void fpsr_out(inline_code& c);
+
+// The flags of a predicate result as a test of it under a governing
+// predicate, gathered chunk by chunk, for the forms that write a predicate
+// and set NZCV. Their registers besides the record's X19: X9 to X15 as
+// scratch (X13 the byte numbers), V16 to V18 what the test gathers over the
+// chunks, V19 one in each element's first byte, V20 and V21 scratch.
+constexpr unsigned xNumbers = 13;
+constexpr unsigned vOnes = 19;
+// Byte numbers go up to 255, and the code of the forms that gather the test
+// grows with the vector: up to this many bytes it stays within
+// kInlineMaxWords.
+constexpr unsigned kMostBytesTested = 128;
+
+// X13: bytes that hold their own numbers, where a predicate's first and last
+// active elements are.
+void load_byte_numbers(inline_code& c);
+// V19: 1 in the first byte of every element of the size.
+void element_ones(inline_code& c, a64::simd_size size);
+// The predicate test of a result under a governing predicate, gathered chunk
+// by chunk: the first and the last byte number of the governing predicate's
+// active elements (0xff and 0 when it has none) and whether the result has
+// any element set. The result must be part of the governing predicate or be
+// ANDed with it in Vr. Vnum holds the chunk's byte numbers.
+void test_chunk(inline_code& c, unsigned k, a64::simd_size size, unsigned vg, unsigned vr,
+                unsigned vnum);
+// NZCV into the record from what test_chunk gathered: N the first governed
+// element of predicate `tested`, Z none set, C not its last, V clear.
+// `tested` is the result, or ptest's Pn, which equals the AND at those
+// elements whenever any element is set.
+void finish_test(inline_code& c, a64::simd_size size, unsigned tested);
