@@ -4,129 +4,45 @@ using namespace a64;
 
 namespace {
 
-// NZCV into the record from W9 (N), W11 (Z) and W10 (C), each 0 or 1.
-void store_flags(inline_code& c) {
-  c.put(0x2a000000 | 11 << 16 | 1 << 10 | 10 << 5 | 10); // orr w10, w10, w11, lsl #1
-  c.put(0x2a000000 | 9 << 16 | 2 << 10 | 10 << 5 | 10);  // orr w10, w10, w9, lsl #2
-  c.put(0x53000000 | 3 << 16 | 2 << 10 | 10 << 5 | 10);  // lsl w10, w10, #29
-  store_x(c, 10, kInlineRecord, offsetof(cpu_state, nzcv));
-}
+// An integer compare as the Advanced SIMD compares of two vectors give it.
+struct integer_compare {
+  uint32_t (*compare)(simd_size, unsigned, unsigned, unsigned) = nullptr; // cmhs_v .. cmeq_v
+  bool negate = false;                                                    // ne: not eq
+  bool swap = false; // lt, le, lo, ls: gt, ge, hi, hs with the operands swapped
+};
 
-// Bit i of each byte's weight, at the first byte of every element only: the
-// bytes of a mask ANDed with it and summed eight at a time give one bit per
-// vector byte.
-uint64_t first_byte_weights(simd_size size) {
-  uint64_t w = 0;
-  for (unsigned i = 0; i < 8; i += 1u << size) w |= uint64_t{1} << (8 * i + i);
-  return w;
-}
+// The second operand that is no Z register: an immediate, in every lane of V1
+// before the compare's code.
+constexpr unsigned kImmediateInV1 = 32;
 
-// Vd.d[0] = the pairwise sums of V(regs[0..3]) down to 8 bytes: bit i of it
-// is byte i of the four chunks (with V31 zero for chunks past the vector).
-void pack_chunks(inline_code& c, const unsigned* regs, unsigned vd, unsigned scratch) {
-  const auto addp = [](unsigned d, unsigned n, unsigned m) {
-    return 0x4e20bc00 | m << 16 | n << 5 | d;
-  };
-  c.put(addp(vd, regs[0], regs[1]));
-  c.put(addp(scratch, regs[2], regs[3]));
-  c.put(addp(vd, vd, scratch));
-  c.put(addp(vd, vd, vd));
-}
-
-// The compare under a partial Pg: inactive elements false. R (the result)
-// and G (Pg's elements) packed into X11 and X12; N is R at G's lowest bit, C
-// the inverse of R at its highest (none: bit 63, which R lacks then too).
-void partial_compare(inline_code& c, simd_size size, uint32_t compare, bool negate, unsigned zn,
-                     unsigned zm, unsigned pg, unsigned pd) {
-  lane_ones(c, size, 4);
-  move_constant(c, 9, first_byte_weights(size));
-  c.put(dup_v_from_x(D, 30, 9));
-  c.put(0x6f00e400 | 31); // movi v31.2d, #0
-  unsigned result[4] = {31, 31, 31, 31}, active[4] = {31, 31, 31, 31};
-  for (unsigned k = 0; k < vector_chunks(); ++k) {
-    result[k] = 16 + k, active[k] = 24 + k;
-    load_q(c, 0, kInlineRecord, z_offset(zn, k));
-    load_q(c, 1, kInlineRecord, z_offset(zm, k));
-    load_q(c, 3, kInlineRecord, p_offset(pg, k));
-    c.put(test_v(size, 3, 3, 4));
-    c.put(compare | size << 22 | 1 << 16 | 0 << 5 | 0);
-    if (negate) c.put(0x6e205800); // mvn v0, v0
-    c.put(and_v(0, 0, 3));
-    c.put(and_v(result[k], 0, 30));
-    c.put(and_v(active[k], 3, 30));
-    c.put(0x6f000400 | ((8u << size) + 1) << 16 | 0 << 5 | 0); // ushr v0, #bits-1
-    store_q(c, 0, kInlineRecord, p_offset(pd, k));
-  }
-  pack_chunks(c, result, 20, 21);
-  pack_chunks(c, active, 28, 29);
-  c.put(umov_d(11, 20, 0));
-  c.put(umov_d(12, 28, 0));
-  c.put(0xcb0c03ed);                           // neg x13, x12
-  c.put(and_x(13, 13, 12));                    // G's lowest bit
-  c.put(0xdac01180 | 12 << 5 | 14);            // clz x14, x12
-  c.put(0xd2f00000 | 0x8000 << 5 | 15);        // mov x15, #1 << 63
-  c.put(0x9ac02400 | 14 << 16 | 15 << 5 | 15); // lsr x15, x15, x14: G's highest bit
-  c.put(0xea000000 | 13 << 16 | 11 << 5 | 31); // tst x11, x13
-  c.put(0x1a9f07e0 | 9);                       // cset w9, ne: N
-  c.put(0xea000000 | 15 << 16 | 11 << 5 | 31); // tst x11, x15
-  c.put(0x1a9f17e0 | 10);                      // cset w10, eq: C
-  c.put(0xf100017f);                           // cmp x11, #0
-  c.put(0x1a9f17e0 | 11);                      // cset w11, eq: Z
-  store_flags(c);
-}
-
-} // namespace
-
-// cmphs, cmphi, cmpge, cmpgt, cmpeq, cmpne Pd.T, Pg/z, Zn.T, Zm.T: Advanced
-// SIMD compares give each element's mask, shifted down to the predicate's
-// byte. Flags as a test of the result under Pg: N its first active element,
-// Z none, C not its last. Under an all-true Pg those are the vector's first
-// and last elements; under another one (up to 512 bits) the result and Pg
-// are packed one bit per vector byte into X11 and X12; longer vectors take
-// the call path then.
-bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
+// cmp<cc> Pd.T, Pg/z, Zn.T and Zm.T or an immediate: Advanced SIMD compares
+// give each element's mask, shifted down to the predicate's byte. Flags as a
+// test of the result under Pg: N its first active element, Z none, C not
+// its last. Under an all-true Pg those are the vector's first and last
+// elements; under another one the test is gathered chunk by chunk, up to
+// kMostBytesTested; longer vectors take the call path then.
+bool emit_integer_compare(simd_size size, uint32_t word, uint64_t pc, integer_compare how,
+                          unsigned zm, inline_code& c) {
   const unsigned pd = field(word, 3, 0), zn = field(word, 9, 5), pg = field(word, 12, 10);
-  const unsigned zm = field(word, 20, 16);
-  // Bits 15 and 13 (op, o2) and 4 (ne) pick the comparison.
-  const unsigned kind = field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4);
-  uint32_t compare;
-  bool negate = false;
-  switch (kind) {
-  case 0b000:
-    compare = 0x6e203c00;
-    break; // cmphs: cmhs
-  case 0b001:
-    compare = 0x6e203400;
-    break; // cmphi: cmhi
-  case 0b100:
-    compare = 0x4e203c00;
-    break; // cmpge: cmge
-  case 0b101:
-    compare = 0x4e203400;
-    break; // cmpgt: cmgt
-  case 0b110:
-    compare = 0x6e208c00;
-    break; // cmpeq: cmeq
-  case 0b111:
-    compare = 0x6e208c00;
-    negate = true;
-    break; // cmpne: not cmeq
-  default:
-    return false;
-  }
-  const sve_decoder decoder = get_sve_handler(word);
-  if (decoder == nullptr) return false;
-  const unsigned to_call = branch_unless_all_true(c, pg, size);
+  const bool partial_inline = process_vector_bytes() <= kMostBytesTested;
+  const sve_decoder decoder = partial_inline ? nullptr : get_sve_handler(word);
+  if (!partial_inline && decoder == nullptr) return false;
+  // Vd: 1 in the first byte of each element of Zn's chunk k where the
+  // comparison holds, 0 elsewhere (V0 and V1 the operands).
+  const auto compare_chunk = [&](unsigned k, unsigned vd) {
+    load_q(c, 0, kInlineRecord, z_offset(zn, k));
+    if (zm != kImmediateInV1) load_q(c, 1, kInlineRecord, z_offset(zm, k));
+    c.put(how.swap ? how.compare(size, vd, 1, 0) : how.compare(size, vd, 0, 1));
+    if (how.negate) c.put(not_v(vd, vd));
+    c.put(lane_sign_to_one(size, vd, vd));
+  };
+  const unsigned to_partial = branch_unless_all_true(c, pg, size);
   // Chunk k's result stays in V(5 + k): its first and last elements give N
   // and C, the OR of all of them Z.
   const unsigned last = 5 + vector_chunks() - 1;
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     const unsigned v = 5 + k;
-    load_q(c, 0, kInlineRecord, z_offset(zn, k));
-    load_q(c, 1, kInlineRecord, z_offset(zm, k));
-    c.put(compare | size << 22 | 1 << 16 | 0 << 5 | v);
-    if (negate) c.put(0x6e205800 | v << 5 | v);                // mvn
-    c.put(0x6f000400 | ((8u << size) + 1) << 16 | v << 5 | v); // ushr #bits-1
+    compare_chunk(k, v);
     store_q(c, v, kInlineRecord, p_offset(pd, k));
     if (k == 1) c.put(orr_v(2, 5, 6));
     if (k > 1) c.put(orr_v(2, 2, v));
@@ -134,22 +50,97 @@ bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
   const unsigned any = vector_chunks() == 1 ? 5 : 2;
   c.put(umov_d(11, any, 0));
   c.put(umov_d(12, any, 1));
-  c.put(0xaa0c016b);              // orr x11, x11, x12
-  c.put(0x0e013c00 | 5 << 5 | 9); // umov w9, v5.b[0]
+  c.put(orr_x(11, 11, 12));
+  c.put(umov_b0(9, 5));
   c.put(0x0e003c00 | ((kChunkBytes - (1u << size)) << 1 | 1) << 16 | last << 5 |
         10);                        // umov w10, b[last]
   c.put(0x52000000 | 10 << 5 | 10); // eor w10, w10, #1: C
   c.put(0xf100017f);                // cmp x11, #0
   c.put(0x1a9f17e0 | 11);           // cset w11, eq: Z
-  store_flags(c);
+  store_flags(c, 9, 11, 10);
   const unsigned to_end = c.put_branch(kBranch);
-  c.land(to_call);
-  if (vector_chunks() <= 4)
-    partial_compare(c, size, compare, negate, zn, zm, pg, pd);
-  else
+
+  c.land(to_partial);
+  if (partial_inline) {
+    // Inactive elements false; the test gathered over the chunks.
+    load_byte_numbers(c);
+    if (size != B) element_ones(c, size);
+    for (unsigned k = 0; k < vector_chunks(); ++k) {
+      compare_chunk(k, 0);
+      load_q(c, 2, kInlineRecord, p_offset(pg, k));
+      c.put(and_v(0, 0, 2));
+      store_q(c, 0, kInlineRecord, p_offset(pd, k));
+      load_q(c, 3, xNumbers, k * kChunkBytes);
+      test_chunk(c, k, size, 2, 0, 3);
+    }
+    finish_test(c, size, pd);
+  } else {
     call_decoder(c, decoder, word, pc);
+  }
   c.land(to_end);
   return true;
+}
+
+} // namespace
+
+// cmphs, cmphi, cmpge, cmpgt, cmpeq, cmpne Pd.T, Pg/z, Zn.T, Zm.T; bits 15
+// and 13 (op, o2) and 4 (ne) pick the comparison.
+bool emit_compare(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
+  integer_compare how;
+  switch (field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4)) {
+  case 0b000:
+    how.compare = cmhs_v; // cmphs
+    break;
+  case 0b001:
+    how.compare = cmhi_v; // cmphi
+    break;
+  case 0b100:
+    how.compare = cmge_v; // cmpge
+    break;
+  case 0b101:
+    how.compare = cmgt_v; // cmpgt
+    break;
+  case 0b110:
+    how.compare = cmeq_v; // cmpeq
+    break;
+  case 0b111:
+    how.compare = cmeq_v; // cmpne: not cmeq
+    how.negate = true;
+    break;
+  default:
+    return false;
+  }
+  return emit_integer_compare(size, word, pc, how, field(word, 20, 16), c);
+}
+
+// cmp<cc> Pd.T, Pg/z, Zn.T, #imm: signed (bit 24), with a 5-bit immediate
+// and ge, gt, lt, le, eq, ne in bits 15, 13 and 4, or unsigned, with a 7-bit
+// one and hs, hi, lo, ls in bits 13 and 4.
+bool emit_compare_imm(simd_size size, uint32_t word, uint64_t pc, inline_code& c) {
+  const bool is_signed = field(word, 24, 24);
+  uint64_t imm;
+  unsigned kind; // 0 ge/hs, 1 gt/hi, 2 lt/lo, 3 le/ls, 4 eq, 5 ne
+  if (is_signed) {
+    imm = uint64_t(int64_t(int32_t(field(word, 20, 16) << 27) >> 27));
+    kind = field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4);
+    if (kind > 5) return false;
+  } else {
+    imm = field(word, 20, 14);
+    kind = field(word, 13, 13) << 1 | field(word, 4, 4);
+  }
+  integer_compare how;
+  const bool or_equal = kind == 0 || kind == 3;
+  if (kind >= 4)
+    how.compare = cmeq_v;
+  else if (is_signed)
+    how.compare = or_equal ? cmge_v : cmgt_v;
+  else
+    how.compare = or_equal ? cmhs_v : cmhi_v;
+  how.negate = kind == 5;
+  how.swap = kind == 2 || kind == 3;
+  move_constant(c, 9, imm);
+  c.put(dup_v_from_x(size, 1, 9));
+  return emit_integer_compare(size, word, pc, how, kImmediateInV1, c);
 }
 
 // fcmge, fcmgt, fcmeq, fcmne, fcmuo Pd.T, Pg/z, Zn.T, Zm.T and fcmge, fcmgt,
@@ -200,7 +191,7 @@ bool emit_fp_compare(simd_size size, uint32_t word, bool with_zero, inline_code&
     if (!with_zero) c.put(and_v(1, 1, 3));
     compare();
     c.put(and_v(0, 0, 3));
-    c.put(0x6f000400 | ((8u << size) + 1) << 16 | 0 << 5 | 0); // ushr v0, #bits-1
+    c.put(lane_sign_to_one(size, 0, 0));
     store_q(c, 0, kInlineRecord, p_offset(pd, k));
   }
   fpsr_out(c);

@@ -19,16 +19,11 @@ namespace a64 {
 namespace {
 
 // The load/store (unsigned immediate) class: `opcode` holds size, V and opc.
-// An offset past the immediate's reach (the record's predicates lie beyond
-// 12 KiB) takes its multiple of 4 KiB into X15 first.
+// Every field of the record lies within the immediate's reach for Q and X
+// registers; an offset past it is refused, not wrapped.
+static_assert(sizeof(cpu_state) <= 4095 * 8);
 void scaled_access(inline_code& c, uint32_t opcode, unsigned scale, unsigned rt, unsigned base,
                    size_t offset) {
-  if (offset % scale == 0 && offset / scale > 4095 && offset < (size_t(1) << 24) && base != 15) {
-    const size_t high = offset & ~size_t(0xfff);
-    c.put(0x91400000 | uint32_t(high >> 12) << 10 | base << 5 | 15); // add x15, base, #high, lsl 12
-    base = 15;
-    offset -= high;
-  }
   if (offset % scale != 0 || offset / scale > 4095) {
     c.overflow = true;
     return;
@@ -53,10 +48,6 @@ void load_x(inline_code& c, unsigned xt, unsigned base, size_t offset) {
 }
 void store_x(inline_code& c, unsigned xt, unsigned base, size_t offset) {
   scaled_access(c, 0xf9000000, 8, xt, base, offset);
-}
-
-void load_byte(inline_code& c, unsigned wt, unsigned base, size_t offset) {
-  scaled_access(c, 0x39400000, 1, wt, base, offset);
 }
 
 uint32_t load_consecutive_q(unsigned vt, unsigned count, unsigned xn) {
@@ -89,7 +80,7 @@ void add_constant(inline_code& c, unsigned xd, unsigned xn, int64_t value) {
     c.put(op | 1u << 22 | uint32_t(magnitude >> 12) << 10 | xn << 5 | xd);
   } else {
     move_constant(c, 15, uint64_t(value));
-    c.put(0x8b000000 | 15u << 16 | xn << 5 | xd); // add xd, xn, x15
+    c.put(add_shifted(xd, xn, 15, 0));
   }
 }
 
@@ -191,8 +182,12 @@ uint32_t umin_b(unsigned vd, unsigned vn, unsigned vm) {
 uint32_t umax_b(unsigned vd, unsigned vn, unsigned vm) {
   return three_same(0x6e206400, vd, vn, vm);
 }
-uint32_t uminv_b(unsigned vd, unsigned vn) { return 0x6e31a800 | vn << 5 | vd; }
-uint32_t umaxv_b(unsigned vd, unsigned vn) { return 0x6e30a800 | vn << 5 | vd; }
+uint32_t uminv_v(simd_size size, unsigned vd, unsigned vn) {
+  return 0x6e31a800 | size << 22 | vn << 5 | vd;
+}
+uint32_t umaxv_v(simd_size size, unsigned vd, unsigned vn) {
+  return 0x6e30a800 | size << 22 | vn << 5 | vd;
+}
 uint32_t uaddlv_b(unsigned vd, unsigned vn) { return 0x6e303800 | vn << 5 | vd; }
 uint32_t neg_v(simd_size size, unsigned vd, unsigned vn) {
   return 0x6e20b800 | size << 22 | vn << 5 | vd;
@@ -212,9 +207,6 @@ uint32_t cmge_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
 }
 uint32_t cmeq_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
   return three_same(0x6e208c00 | size << 22, vd, vn, vm);
-}
-uint32_t cmtst_v(simd_size size, unsigned vd, unsigned vn, unsigned vm) {
-  return three_same(0x4e208c00 | size << 22, vd, vn, vm);
 }
 uint32_t lane_sign_to_one(simd_size size, unsigned vd, unsigned vn) {
   return 0x6f000400 | ((8u << size) + 1) << 16 | vn << 5 | vd; // ushr #bits-1

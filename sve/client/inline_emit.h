@@ -75,7 +75,6 @@ void load_q(inline_code& c, unsigned qt, unsigned base, size_t offset);
 void store_q(inline_code& c, unsigned qt, unsigned base, size_t offset);
 void load_x(inline_code& c, unsigned xt, unsigned base, size_t offset);
 void store_x(inline_code& c, unsigned xt, unsigned base, size_t offset);
-void load_byte(inline_code& c, unsigned wt, unsigned base, size_t offset);
 // Q registers vt.. vt+count-1 (count 1 to 4) from consecutive bytes at Xn.
 uint32_t load_consecutive_q(unsigned vt, unsigned count, unsigned xn);
 
@@ -142,19 +141,19 @@ uint32_t orn_v(unsigned vd, unsigned vn, unsigned vm); // Vn OR NOT Vm
 uint32_t bic_v(unsigned vd, unsigned vn, unsigned vm); // Vn AND NOT Vm
 uint32_t umin_b(unsigned vd, unsigned vn, unsigned vm);
 uint32_t umax_b(unsigned vd, unsigned vn, unsigned vm);
-uint32_t uminv_b(unsigned vd, unsigned vn); // the least byte into lane 0
-uint32_t umaxv_b(unsigned vd, unsigned vn);
+// The least (greatest) lane of Vn into lane 0 of Vd.
+uint32_t uminv_v(simd_size size, unsigned vd, unsigned vn);
+uint32_t umaxv_v(simd_size size, unsigned vd, unsigned vn);
 uint32_t uaddlv_b(unsigned vd, unsigned vn); // the sum of the bytes, as a halfword
 uint32_t neg_v(simd_size size, unsigned vd, unsigned vn);
 uint32_t not_v(unsigned vd, unsigned vn);
 // All-ones lanes where the comparison holds: Vn > Vm unsigned, Vn >= Vm
-// unsigned, signed, equal, and (Vn AND Vm) non-zero.
+// unsigned, the same signed, and equal.
 uint32_t cmhi_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 uint32_t cmhs_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 uint32_t cmgt_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 uint32_t cmge_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 uint32_t cmeq_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
-uint32_t cmtst_v(simd_size size, unsigned vd, unsigned vn, unsigned vm);
 // Each lane shifted right, unsigned, by its width less one: all-ones lanes
 // become 1.
 uint32_t lane_sign_to_one(simd_size size, unsigned vd, unsigned vn);

@@ -1,7 +1,6 @@
 #include "inline_forms.h"
 
 #include "../decode/sve_utils.h"
-#include "../handlers/pattern_count.h"
 #include "inline_compare.h"
 #include "inline_memory.h"
 #include "inline_parts.h"
@@ -228,18 +227,9 @@ void store_v1_everywhere(inline_code& c, unsigned zd) {
 }
 
 // The element count a pattern names, times the multiplier in bits 19:16.
-unsigned pattern_elements(uint32_t word, element_size elem) {
+unsigned multiplied_pattern_elements(uint32_t word, element_size elem) {
   const unsigned pattern = field(word, 9, 5), multiplier = field(word, 19, 16) + 1;
-  switch (elem) {
-  case ELEM_B:
-    return pattern_count<uint8_t>(pattern) * multiplier;
-  case ELEM_H:
-    return pattern_count<uint16_t>(pattern) * multiplier;
-  case ELEM_S:
-    return pattern_count<uint32_t>(pattern) * multiplier;
-  default:
-    return pattern_count<uint64_t>(pattern) * multiplier;
-  }
+  return pattern_elements(simd_size(elem), pattern) * multiplier;
 }
 
 // An 8-bit immediate and its shift (bit 13), as add, sub and dup take it;
@@ -382,33 +372,33 @@ void each_doubleword(inline_code& c, bool three, uint32_t operation) {
 
 // The operation of a merging form on one chunk: V2 from V0 (the
 // destination's old value), V1 (the operand in bits 9:5) and V6 (bits
-// 20:16), with V5 and V7 as scratch; false for a size it has no code for.
-bool put_merging_operation(inline_code& c, inline_op op, simd_size size) {
+// 20:16), with V5 and V7 as scratch. Every size has code.
+void put_merging_operation(inline_code& c, inline_op op, simd_size size) {
   const uint32_t sz = uint32_t(size) << 22;
   // X12 = X9 op X10 (or with X11), as A64 multiplies give it.
   const uint32_t kMul = 0x9b007c00 | 10 << 16 | 9 << 5;
   switch (op) {
   case inline_op::add_zpz:
     c.put(add_v(size, 2, 0, 1));
-    return true;
+    return;
   case inline_op::sub_zpz:
     c.put(sub_v(size, 2, 0, 1));
-    return true;
+    return;
   case inline_op::and_zpz:
     c.put(and_v(2, 0, 1));
-    return true;
+    return;
   case inline_op::orr_zpz:
     c.put(orr_v(2, 0, 1));
-    return true;
+    return;
   case inline_op::eor_zpz:
     c.put(eor_v(2, 0, 1));
-    return true;
+    return;
   case inline_op::neg_zp:
-    c.put(0x6e20b800 | sz | 1 << 5 | 2);
-    return true;
+    c.put(neg_v(size, 2, 1));
+    return;
   case inline_op::abs_zp:
     c.put(0x4e20b800 | sz | 1 << 5 | 2);
-    return true;
+    return;
   case inline_op::smax_zpz:
   case inline_op::umax_zpz:
   case inline_op::smin_zpz:
@@ -419,33 +409,33 @@ bool put_merging_operation(inline_code& c, inline_op op, simd_size size) {
       const uint32_t base =
           is_signed ? (max ? 0x4e206400 : 0x4e206c00) : (max ? 0x6e206400 : 0x6e206c00);
       c.put(base | sz | 1 << 16 | 0 << 5 | 2);
-      return true;
+      return;
     }
     // No doubleword max or min: a compare picks (cmgt or cmhi, then bsl).
     const uint32_t greater = is_signed ? 0x4ee03400 : 0x6ee03400;
     c.put(greater | (max ? 1u << 16 | 0u << 5 : 0u << 16 | 1u << 5) | 2);
     c.put(0x6e601c00 | 1 << 16 | 0 << 5 | 2); // bsl v2, v0, v1
-    return true;
+    return;
   }
   case inline_op::mul_zpz:
     if (size == D)
       each_doubleword(c, false, kMul);
     else
       c.put(0x4e209c00 | sz | 1 << 16 | 0 << 5 | 2);
-    return true;
+    return;
   case inline_op::smulh_zpz:
   case inline_op::umulh_zpz: {
     const bool is_signed = op == inline_op::smulh_zpz;
     if (size == D) {
       each_doubleword(c, false, (is_signed ? 0x9b407c00 : 0x9bc07c00) | 10 << 16 | 9 << 5);
-      return true;
+      return;
     }
     // The double-width products, then their high halves.
     const uint32_t multiply_long = is_signed ? 0x0e20c000 : 0x2e20c000;
     c.put(multiply_long | sz | 1 << 16 | 0 << 5 | 5);
     c.put(multiply_long | 1u << 30 | sz | 1 << 16 | 0 << 5 | 7);
     c.put(0x4e005800 | sz | 7 << 16 | 5 << 5 | 2); // uzp2 v2, v5, v7
-    return true;
+    return;
   }
   case inline_op::mla_zpzz:
   case inline_op::mls_zpzz:
@@ -459,29 +449,25 @@ bool put_merging_operation(inline_code& c, inline_op op, simd_size size) {
       // madd/msub x12, multiplicand, x11, addend
       const unsigned xa = 9 + addend, xn = 9 + multiplicand;
       each_doubleword(c, true, (add ? 0x9b000000 : 0x9b008000) | 11 << 16 | xa << 10 | xn << 5);
-      return true;
+      return;
     }
     c.put(orr_v(2, addend, addend));
     c.put((add ? 0x4e209400 : 0x6e209400) | sz | 6 << 16 | multiplicand << 5 | 2);
-    return true;
+    return;
   }
-  default:
-    return false;
+  default: // emit_merging passes only the operations above
+    return;
   }
 }
 
 // Zd = Pg ? result : Zd, the result from put_merging_operation; sel: Zd =
 // Pg ? Zn : Zm.
-bool emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
+void emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
   const unsigned zd = field(word, 4, 0), zn = field(word, 9, 5), zm = field(word, 20, 16);
   const bool select = op == inline_op::sel_zpzz;
   const bool three = op == inline_op::mla_zpzz || op == inline_op::mls_zpzz ||
                      op == inline_op::mad_zpzz || op == inline_op::msb_zpzz;
   const unsigned pg = select ? field(word, 13, 10) : field(word, 12, 10);
-  {
-    inline_code probe; // whether the form has code at this size
-    if (!select && !put_merging_operation(probe, op, size)) return false;
-  }
   lane_ones(c, size, 4);
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 0, kInlineRecord, z_offset(select ? zm : zd, k));
@@ -493,21 +479,7 @@ bool emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
     c.put(insert_if_true_v(0, 2, 3));
     store_q(c, 0, kInlineRecord, z_offset(zd, k));
   }
-  return true;
 }
-
-// Each element's number, in lanes of its size, for the predicate builders:
-// lane i of the vector holds i.
-struct lane_numbers {
-  alignas(16) uint8_t bytes[4][kMaxVectorBytes] = {};
-  constexpr lane_numbers() {
-    for (unsigned size = 0; size < 4; ++size)
-      for (unsigned lane = 0; lane < kMaxVectorBytes >> size; ++lane)
-        for (unsigned b = 0; b < (1u << size) && b < 8; ++b)
-          bytes[size][(lane << size) + b] = uint8_t(uint64_t{lane} >> (8 * b));
-  }
-};
-constexpr lane_numbers kLaneNumbers;
 
 // whilelo/whilelt: the first `count` elements active, count = the distance
 // from Rn up to Rm, at most the element count, 0 unless Rn < Rm. Flags as a
@@ -535,12 +507,11 @@ bool emit_while(inline_op op, simd_size size, uint32_t word, inline_code& c) {
   c.put(0xf100001f | elements << 10 | 11 << 5); // cmp x11, #elements
   c.put(0x9a8c3000 | 11 << 5 | 11);             // csel x11, x11, x12, lo
   c.put(dup_v_from_x(size, 0, 11));
-  move_constant(c, 13, reinterpret_cast<uint64_t>(kLaneNumbers.bytes[size]));
-  const unsigned bits = 8u << size;
+  move_constant(c, 13, reinterpret_cast<uint64_t>(lane_numbers(size)));
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 1, 13, k * kChunkBytes);
-    c.put(0x6e203400 | size << 22 | 1 << 16 | 0 << 5 | 1); // cmhi v1, v0, v1
-    c.put(0x6f000400 | (bits + 1) << 16 | 1 << 5 | 1);     // ushr v1, v1, #bits-1
+    c.put(cmhi_v(size, 1, 0, 1));
+    c.put(lane_sign_to_one(size, 1, 1));
     store_q(c, 1, kInlineRecord, p_offset(pd, k));
   }
   // NZCV from the three cases: N C when 0 < count < elements, Z C when
@@ -603,13 +574,13 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
     return true;
   case inline_op::count_x:
     if (zd == 31) return false; // the zero register: nothing to write
-    move_constant(c, 9, pattern_elements(word, elem));
+    move_constant(c, 9, multiplied_pattern_elements(word, elem));
     store_x(c, 9, kInlineRecord, x_offset(zd));
     return true;
   case inline_op::increment_x:
   case inline_op::decrement_x: {
     if (zd == 31) return false;
-    const int64_t step = pattern_elements(word, elem);
+    const int64_t step = multiplied_pattern_elements(word, elem);
     load_x(c, 9, kInlineRecord, x_offset(zd));
     add_constant(c, 9, 9, op == inline_op::increment_x ? step : -step);
     store_x(c, 9, kInlineRecord, x_offset(zd));
@@ -617,7 +588,7 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
   }
   case inline_op::increment_z:
   case inline_op::decrement_z: {
-    const uint64_t step = pattern_elements(word, elem);
+    const uint64_t step = multiplied_pattern_elements(word, elem);
     broadcast_v1(c, size, step);
     const bool add = op == inline_op::increment_z;
     each_chunk_with_v1(c, zd, [size, add](unsigned d, unsigned n, unsigned m) {
@@ -684,7 +655,8 @@ bool emit(inline_op op, element_size elem, uint32_t word, uint64_t pc, inline_co
   case inline_op::mls_zpzz:
   case inline_op::mad_zpzz:
   case inline_op::msb_zpzz:
-    return emit_merging(op, size, word, c);
+    emit_merging(op, size, word, c);
+    return true;
   case inline_op::none:
     break;
   default: {

@@ -10,8 +10,6 @@ constexpr unsigned kSmallestPage = 4096;
 // A partial store goes element by element up to this many elements; longer
 // vectors take the call path for it.
 constexpr unsigned kMostElementsStored = 64;
-// A pair load's offset reaches this far (a signed 7-bit multiple of 8).
-constexpr size_t kPairReach = 512;
 
 struct contiguous_word {
   bool load;
@@ -154,20 +152,14 @@ void partial_store(inline_code& c, const contiguous_word& w, unsigned* literals,
   emit_address(c, w, literals, literal_count);
   const unsigned lanes = 8 >> w.size; // elements in 8 bytes
   if (lanes <= 2) {
-    // Predicates through X14 (which the test that led here may have set
-    // already) and data through X15 or, for low Z registers, within a pair
-    // load's reach, X19 itself: 16 bytes a pair. The second lane of 8 bytes
-    // is shifted down into its predicate's register, done with by then.
-    if (!predicate_address_kept()) add_constant(c, 14, kInlineRecord, int64_t(p_offset(w.pg, 0)));
-    const size_t data_at = z_offset(w.zt, 0);
-    const bool data_near = data_at + process_vector_bytes() <= kPairReach;
-    if (!data_near) add_constant(c, 15, kInlineRecord, int64_t(data_at));
+    // Predicates through X14 and data through X15, 16 bytes a pair. The
+    // second lane of 8 bytes is shifted down into its predicate's register,
+    // done with by then.
+    add_constant(c, 14, kInlineRecord, int64_t(p_offset(w.pg, 0)));
+    add_constant(c, 15, kInlineRecord, int64_t(z_offset(w.zt, 0)));
     for (unsigned k = 0; k < vector_chunks(); ++k) {
       c.put(load_pair_x(10, 11, 14, k * kChunkBytes));
-      if (data_near)
-        c.put(load_pair_x(12, 13, kInlineRecord, unsigned(data_at) + k * kChunkBytes));
-      else
-        c.put(load_pair_x(12, 13, 15, k * kChunkBytes));
+      c.put(load_pair_x(12, 13, 15, k * kChunkBytes));
       for (unsigned half = 0; half < 2; ++half)
         for (unsigned lane = 0; lane < lanes; ++lane)
           store_if_active(c, w, 10 + half, (lane << w.size) * 8, 12 + half, lane, 10 + half,

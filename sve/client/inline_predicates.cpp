@@ -1,6 +1,6 @@
 #include "inline_predicates.h"
 #include "../decode/sve_utils.h"
-#include "../handlers/pattern_count.h"
+#include "inline_compare.h"
 #include "inline_memory.h"
 
 namespace {
@@ -11,15 +11,6 @@ using namespace predicate_forms;
 // FFR lies right after P15 in the record, so it is predicate 16 there.
 constexpr unsigned kFfr = 16;
 static_assert(p_offset(kFfr, 0) == record_offset::ffr);
-
-// Byte i holds i: where a predicate's first and last active elements are.
-struct byte_numbers {
-  alignas(16) uint8_t b[kMaxVectorBytes] = {};
-  constexpr byte_numbers() {
-    for (unsigned i = 0; i < kMaxVectorBytes; ++i) b[i] = uint8_t(i);
-  }
-};
-constexpr byte_numbers kByteNumbers;
 
 // 16 predicate bytes with the first j elements of a size active, for ptrue:
 // [size][j].
@@ -33,80 +24,9 @@ struct leading_chunks {
 };
 constexpr leading_chunks kLeadingChunks;
 
-// Registers of the predicate code besides the record's X19: X9 to X15 as
-// scratch (X13 the byte numbers, X15 the scratch of add_constant), V0 to V3
-// one chunk's operands, V16 to V18 what the predicate test gathers over the
-// chunks, V19 one in each element's first byte, V20 to V23 scratch.
-constexpr unsigned kNumbers = 13;
-constexpr unsigned vFirst = 16, vLast = 17, vAny = 18, vOnes = 19;
-
-void load_byte_numbers(inline_code& c) {
-  move_constant(c, kNumbers, reinterpret_cast<uint64_t>(kByteNumbers.b));
-}
-
-// V19: 1 in the first byte of every element of the size.
-void element_ones(inline_code& c, simd_size size) { lane_ones(c, size, vOnes); }
-
-// Vd: all ones over every element whose first byte in predicate chunk Vg is
-// set (V19 prepared for sizes other than bytes).
-uint32_t active_elements(simd_size size, unsigned vd, unsigned vg) {
-  return size == B ? neg_v(B, vd, vg) : cmtst_v(size, vd, vg, vOnes);
-}
-
-// The predicate test of a result under a governing predicate, gathered chunk
-// by chunk: the first and the last byte number of the governing predicate's
-// active elements (0xff and 0 when it has none) and whether the result has
-// any element set. The result must be part of the governing predicate or be
-// ANDed with it in Vr. Vnum holds the chunk's byte numbers.
-void test_chunk(inline_code& c, unsigned k, simd_size size, unsigned vg, unsigned vr,
-                unsigned vnum) {
-  c.put(active_elements(size, 20, vg));
-  if (k == 0) {
-    c.put(orn_v(vFirst, vnum, 20));
-    c.put(and_v(vLast, vnum, 20));
-    c.put(orr_v(vAny, vr, vr));
-    return;
-  }
-  c.put(orn_v(21, vnum, 20));
-  c.put(umin_b(vFirst, vFirst, 21));
-  c.put(and_v(21, vnum, 20));
-  c.put(umax_b(vLast, vLast, 21));
-  c.put(orr_v(vAny, vAny, vr));
-}
-
-// NZCV into the record from the first governed byte in W11, the last in W12
-// and V18 (any element set): N the tested predicate's first governed
-// element, Z none set, C not its last, V clear. `tested` is the predicate
-// whose bytes the result's first and last governed elements are read from
-// (the result, or ptest's Pn, which equals the AND at those elements
-// whenever any element is set).
-void flags_from_bounds(inline_code& c, unsigned tested) {
-  // Predicate bytes hold 0 or 1: the greatest says whether any is set.
-  c.put(umaxv_b(vAny, vAny));
-  c.put(umov_b0(10, vAny));
-  add_constant(c, 14, kInlineRecord, int64_t(p_offset(tested, 0)));
-  c.put(load_byte_indexed(9, 14, 11));                   // the first governed element
-  c.put(load_byte_indexed(11, 14, 12));                  // the last
-  c.put(0x0a0a0129);                                     // and w9, w9, w10: N
-  c.put(0x0a0a016b);                                     // and w11, w11, w10
-  c.put(0x52000000 | 11 << 5 | 11);                      // eor w11, w11, #1: C
-  c.put(0x52000000 | 10 << 5 | 10);                      // eor w10, w10, #1: Z
-  c.put(0x2a000000 | 10 << 16 | 1 << 10 | 11 << 5 | 11); // orr w11, w11, w10, lsl #1
-  c.put(0x2a000000 | 9 << 16 | 2 << 10 | 11 << 5 | 11);  // orr w11, w11, w9, lsl #2
-  c.put(0x53000000 | 3 << 16 | 2 << 10 | 11 << 5 | 11);  // lsl w11, w11, #29
-  store_x(c, 11, kInlineRecord, offsetof(cpu_state, nzcv));
-}
-
-// The same from what test_chunk gathered.
-void finish_test(inline_code& c, simd_size size, unsigned tested) {
-  c.put(uminv_b(vFirst, vFirst));
-  c.put(umaxv_b(vLast, vLast));
-  c.put(umov_b0(11, vFirst));
-  c.put(umov_b0(12, vLast));
-  // The last active byte lies in the last element: its first byte.
-  if (size != B) c.put(0x12000000 | (32 - size) << 16 | (31 - size) << 10 | 12 << 5 | 12);
-  flags_from_bounds(c, tested);
-}
+// Registers of the predicate code besides the record's X19 and those of the
+// predicate test (inline_parts.h): V0 to V3 one chunk's operands, V20 to V23
+// scratch.
 
 void copy_predicate(inline_code& c, unsigned from, unsigned to) {
   for (unsigned k = 0; k < vector_chunks(); ++k) {
@@ -130,7 +50,7 @@ void read_ffr_governed(inline_code& c, uint32_t word, bool flags) {
     c.put(and_v(0, 0, 1));
     store_q(c, 0, kInlineRecord, p_offset(pd, k));
     if (!flags) continue;
-    load_q(c, 2, kNumbers, k * kChunkBytes);
+    load_q(c, 2, xNumbers, k * kChunkBytes);
     test_chunk(c, k, B, 1, 0, 2);
   }
   if (flags) finish_test(c, B, pd);
@@ -182,74 +102,6 @@ bool emit_count(pred_op op, simd_size size, uint32_t word, inline_code& c) {
   return true;
 }
 
-// cmp<cc> Pd.T, Pg/z, Zn.T, #imm: the Advanced SIMD compare of each chunk
-// with the immediate in every lane, its lanes shifted down to the
-// predicate's byte and ANDed with Pg; the flags test the result under Pg.
-bool emit_compare_imm(simd_size size, uint32_t word, inline_code& c) {
-  const unsigned pd = field(word, 3, 0), zn = field(word, 9, 5), pg = field(word, 12, 10);
-  const bool is_signed = field(word, 24, 24);
-  uint64_t imm;
-  unsigned kind; // 0 ge/hs, 1 gt/hi, 2 lt/lo, 3 le/ls, 4 eq, 5 ne
-  if (is_signed) {
-    imm = uint64_t(int64_t(int32_t(field(word, 20, 16) << 27) >> 27));
-    kind = field(word, 15, 15) << 2 | field(word, 13, 13) << 1 | field(word, 4, 4);
-    if (kind > 5) return false;
-  } else {
-    imm = field(word, 20, 14);
-    kind = field(word, 13, 13) << 1 | field(word, 4, 4);
-  }
-  // V0: 1 in each element of chunk k of Zn where the comparison holds.
-  const auto compare_chunk = [&](unsigned k) {
-    load_q(c, 0, kInlineRecord, z_offset(zn, k));
-    // lt and le are gt and ge with the operands swapped.
-    const unsigned first = kind == 2 || kind == 3 ? 1 : 0, second = 1 - first;
-    const bool or_equal = kind == 0 || kind == 3;
-    if (kind >= 4)
-      c.put(cmeq_v(size, 0, 0, 1));
-    else if (is_signed)
-      c.put(or_equal ? cmge_v(size, 0, first, second) : cmgt_v(size, 0, first, second));
-    else
-      c.put(or_equal ? cmhs_v(size, 0, first, second) : cmhi_v(size, 0, first, second));
-    if (kind == 5) c.put(not_v(0, 0));
-    c.put(lane_sign_to_one(size, 0, 0));
-  };
-  move_constant(c, 9, imm);
-  c.put(dup_v_from_x(size, 1, 9));
-  // Every element active, as in most loops: the result as it is, and the
-  // flags from its first and last element. Up to 512 bits, where both ways
-  // fit the code's room.
-  unsigned to_any_predicate = 0, to_end = 0;
-  const bool all_true_way = vector_chunks() <= 4;
-  if (all_true_way) {
-    count_active(c, size, 16, pg);
-    c.put(0xf100013f | (process_vector_bytes() >> size) << 10); // cmp x9, #elements
-    to_any_predicate = c.put_branch(0x54000001);                // b.ne
-    for (unsigned k = 0; k < vector_chunks(); ++k) {
-      compare_chunk(k);
-      store_q(c, 0, kInlineRecord, p_offset(pd, k));
-      c.put(k == 0 ? orr_v(vAny, 0, 0) : orr_v(vAny, vAny, 0));
-    }
-    move_constant(c, 11, 0);
-    move_constant(c, 12, process_vector_bytes() - (1u << size));
-    flags_from_bounds(c, pd);
-    to_end = c.put_branch(kBranch);
-    c.land(to_any_predicate);
-  }
-  load_byte_numbers(c);
-  if (size != B) element_ones(c, size);
-  for (unsigned k = 0; k < vector_chunks(); ++k) {
-    compare_chunk(k);
-    load_q(c, 2, kInlineRecord, p_offset(pg, k));
-    c.put(and_v(0, 0, 2));
-    store_q(c, 0, kInlineRecord, p_offset(pd, k));
-    load_q(c, 3, kNumbers, k * kChunkBytes);
-    test_chunk(c, k, size, 2, 0, 3);
-  }
-  finish_test(c, size, pd);
-  if (all_true_way) c.land(to_end);
-  return true;
-}
-
 // ptest Pg, Pn.B
 void emit_test(uint32_t word, inline_code& c) {
   const unsigned pn = field(word, 8, 5), pg = field(word, 13, 10);
@@ -258,7 +110,7 @@ void emit_test(uint32_t word, inline_code& c) {
     load_q(c, 1, kInlineRecord, p_offset(pg, k));
     load_q(c, 0, kInlineRecord, p_offset(pn, k));
     c.put(and_v(0, 0, 1));
-    load_q(c, 2, kNumbers, k * kChunkBytes);
+    load_q(c, 2, xNumbers, k * kChunkBytes);
     test_chunk(c, k, B, 1, 0, 2);
   }
   finish_test(c, B, pn);
@@ -268,30 +120,16 @@ void emit_test(uint32_t word, inline_code& c) {
 // length, so each chunk is one of a table's, and so are the flags.
 void emit_true(simd_size size, uint32_t word, bool flags, inline_code& c) {
   const unsigned pd = field(word, 3, 0), pattern = field(word, 9, 5);
-  unsigned count;
-  switch (size) {
-  case B:
-    count = pattern_count<uint8_t>(pattern);
-    break;
-  case H:
-    count = pattern_count<uint16_t>(pattern);
-    break;
-  case S:
-    count = pattern_count<uint32_t>(pattern);
-    break;
-  default:
-    count = pattern_count<uint64_t>(pattern);
-    break;
-  }
+  const unsigned count = pattern_elements(size, pattern);
   const unsigned per_chunk = kChunkBytes >> size;
-  move_constant(c, kNumbers, reinterpret_cast<uint64_t>(kLeadingChunks.b[size]));
+  move_constant(c, xNumbers, reinterpret_cast<uint64_t>(kLeadingChunks.b[size]));
   unsigned loaded = ~0u;
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     const unsigned before = k * per_chunk;
     const unsigned j = count <= before              ? 0
                        : count - before < per_chunk ? count - before
                                                     : per_chunk;
-    if (j != loaded) load_q(c, 0, kNumbers, j * kChunkBytes);
+    if (j != loaded) load_q(c, 0, xNumbers, j * kChunkBytes);
     loaded = j;
     store_q(c, 0, kInlineRecord, p_offset(pd, k));
   }
@@ -314,17 +152,17 @@ void emit_break(uint32_t word, bool flags, inline_code& c) {
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 1, kInlineRecord, p_offset(pg, k));
     load_q(c, 2, kInlineRecord, p_offset(pn, k));
-    load_q(c, 3, kNumbers, k * kChunkBytes);
+    load_q(c, 3, xNumbers, k * kChunkBytes);
     c.put(and_v(2, 2, 1));
     c.put(neg_v(B, 2, 2));
     c.put(orn_v(k == 0 ? vBreak : 2, 3, 2));
     if (k > 0) c.put(umin_b(vBreak, vBreak, 2));
   }
-  c.put(uminv_b(vBreak, vBreak));
+  c.put(uminv_v(B, vBreak, vBreak));
   c.put(dup_b0(vBreak, vBreak));
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 1, kInlineRecord, p_offset(pg, k));
-    load_q(c, 3, kNumbers, k * kChunkBytes);
+    load_q(c, 3, xNumbers, k * kChunkBytes);
     c.put(after ? cmhs_v(B, 0, vBreak, 3) : cmhi_v(B, 0, vBreak, 3));
     c.put(and_v(0, 0, 1));
     if (merging) {
@@ -383,7 +221,7 @@ bool emit_logic(uint32_t word, bool flags, inline_code& c) {
     if (kind == 3) c.put(eor_v(0, 0, 3));
     store_q(c, 0, kInlineRecord, p_offset(pd, k));
     if (!flags) continue;
-    load_q(c, 2, kNumbers, k * kChunkBytes);
+    load_q(c, 2, xNumbers, k * kChunkBytes);
     test_chunk(c, k, B, 1, 0, 2);
   }
   if (flags) finish_test(c, B, pd);
@@ -407,9 +245,7 @@ bool uses_byte_numbers(uint8_t op) {
 } // namespace
 
 bool predicate_op_at_this_length(uint8_t op) {
-  // Byte numbers go up to 255; the code of these forms grows with the
-  // vector, and up to 1024 bits it stays within kInlineMaxWords.
-  return !uses_byte_numbers(op) || process_vector_bytes() <= 128;
+  return !uses_byte_numbers(op) || process_vector_bytes() <= kMostBytesTested;
 }
 
 bool emit_predicate_op(uint8_t op, element_size elem, uint32_t word, uint64_t pc, inline_code& c) {
@@ -431,7 +267,7 @@ bool emit_predicate_op(uint8_t op, element_size elem, uint32_t word, uint64_t pc
   case load_first_fault:
     return emit_first_fault_load(size, word, pc, c);
   case compare_imm:
-    return emit_compare_imm(size, word, c);
+    return emit_compare_imm(size, word, pc, c);
   case test_p:
     emit_test(word, c);
     return true;

@@ -39,7 +39,8 @@ struct vector_length_scope {
   ~vector_length_scope() { set_vector_bytes(before); }
 };
 
-// The lengths with a compilation of their own.
+// The lengths with a compilation of their own; sve/CMakeLists.txt reads this
+// line for the compilations it makes, so it stays on one line.
 #define ZORVO_FIXED_LENGTHS(X) X(16) X(32) X(48) X(64)
 
 #define ZORVO_JOIN_(a, b) a##b

@@ -79,19 +79,6 @@ TEST(inline_emit, OffsetsOutOfReachAreRefusedNotWrapped) {
   EXPECT_TRUE(d.overflow);
 }
 
-// The predicates lie past the reach of a byte load's immediate: the offset's
-// multiple of 4 KiB goes into a scratch register first.
-TEST(inline_emit, FarRecordFieldsAreReached) {
-  cpu_state s = {};
-  s.p[3][17] = 1;
-  inline_code c;
-  load_byte(c, 9, kInlineRecord, offsetof(cpu_state, p) + sizeof s.p[0] * 3 + 17);
-  store_x(c, 9, kInlineRecord, x_offset(0));
-  ASSERT_FALSE(c.overflow);
-  run_inline_code(c, 0, false, &s);
-  EXPECT_EQ(s.regs[0], 1u);
-}
-
 TEST(inline_emit, RegionMarkersStayOnTheCallPath) {
   inline_code c;
   for (uint32_t n = 0; n < 32; ++n) {

@@ -49,9 +49,10 @@ struct governed : ::testing::Test {
 };
 
 // ptest p1, p2.b; brkbs p4.b, p1/z, p2.b; brkas; cmpeq p4.h, p1/z, z5.h, #0;
-// rdffrs p4.b, p1/z; ands p4.b, p1/z, p2.b, p3.b; nors.
-constexpr uint32_t kFlagWords[] = {0x2550c440, 0x25d04444, 0x25504444, 0x254084a4,
-                                   0x2558f024, 0x25434444, 0x25c34644};
+// rdffrs p4.b, p1/z; ands p4.b, p1/z, p2.b, p3.b; nors; cmphi p4.h, p1/z,
+// z5.h, z6.h; cmplo p4.s, p1/z, z5.s, #3 (the operands swapped).
+constexpr uint32_t kFlagWords[] = {0x2550c440, 0x25d04444, 0x25504444, 0x254084a4, 0x2558f024,
+                                   0x25434444, 0x25c34644, 0x244604b4, 0x24a0e4a4};
 
 TEST_F(governed, NoActiveElementGivesZeroAndCarry) {
   s.p[2][0] = s.p[2][bytes - 1] = 1;
