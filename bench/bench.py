@@ -44,12 +44,11 @@ import threading
 import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "tools"))
-import profile as insnprofile  # noqa: E402
+import insnprofile  # noqa: E402
 
 SYSROOT = "/usr/aarch64-linux-gnu"
 SHORT_REPEAT, LONG_REPEAT = 5, 10
 QEMU_USER = os.path.join("bench", "qemu-user", "usr", "bin", "qemu-aarch64-static")
-REFERENCE_CPU = "max,sve384=on"  # at the default length; --vl changes it
 DEFAULT_VECTOR_BITS = 384
 
 
@@ -58,6 +57,9 @@ def reference_cpu(bits):
     a program at its longest length only when told to."""
     cpu = "max,sve%d=on" % bits
     return cpu if bits <= 512 else cpu + ",sve-default-vector-length=%d" % (bits // 8)
+
+
+REFERENCE_CPU = reference_cpu(DEFAULT_VECTOR_BITS)  # --vl changes it
 NO_SVE_CPU = "max,sve=off"
 DATA_MARK = "<!-- bench figures: "
 STDERR_LIMIT = 1 << 20  # a kernel that loops on a failing word says so endlessly

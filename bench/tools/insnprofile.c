@@ -12,7 +12,7 @@
  *     PATH FILE_OFFSET INSTRUCTIONS CALLER_PATH CALLER_OFFSET
  * so that memcpy called by the code that builds blocks and memcpy called by
  * a handler are told apart ("[none] 0" when a thread began in such a block).
- * bench/tools/profile.py turns that into a table by symbol.
+ * bench/tools/insnprofile.py turns that into a table by symbol.
  * Build: gcc -shared -fPIC -O2 -o insnprofile.so insnprofile.c
  * Use:   qemu-aarch64 -plugin ./insnprofile.so,out=FILE ./app
  * Counters are shared without atomics: with several threads a few

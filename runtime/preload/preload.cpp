@@ -152,7 +152,22 @@ int mprotect(void* start, size_t length, int protection) noexcept {
   static const auto real = next_definition<decltype(&mprotect)>("mprotect");
   if (zorvo_app_hooks && (protection & (PROT_WRITE | PROT_EXEC)) != PROT_EXEC)
     zorvo_app_hooks->code_protection_changing(start, length);
-  return real(start, length, protection);
+  const int rc = real(start, length, protection);
+  if (zorvo_app_hooks) zorvo_app_hooks->mappings_changed();
+  return rc;
+}
+
+// A fixed mapping may replace code the runtime has read the protection of.
+void* mmap(void* start, size_t length, int protection, int flags, int fd, off_t offset) noexcept {
+  static const auto real = next_definition<decltype(&mmap)>("mmap");
+  void* const at = real(start, length, protection, flags, fd, offset);
+  if (at != MAP_FAILED && (flags & MAP_FIXED) && zorvo_app_hooks)
+    zorvo_app_hooks->mappings_changed();
+  return at;
+}
+
+void* mmap64(void* start, size_t length, int protection, int flags, int fd, off_t offset) noexcept {
+  return mmap(start, length, protection, flags, fd, offset);
 }
 
 int prctl(int option, ...) noexcept {

@@ -35,6 +35,11 @@ struct app_hooks {
   // length): translations of code there are retired, since what runs there
   // next may be written meanwhile.
   void (*code_protection_changing)(void* start, size_t length);
+  // The mappings changed (a protection change done, a MAP_FIXED mapping made
+  // over others): what the runtime remembers of them is read again. Told
+  // after the change as well as before it, since another thread may read
+  // them in between.
+  void (*mappings_changed)();
   int vector_bytes;
   // PR_SVE_VL_INHERIT was set in the thread that exec'd this program.
   bool vector_length_inherited;

@@ -185,6 +185,12 @@ unsigned la_objclose(uintptr_t* cookie) {
   return 0;
 }
 
+// The unmapping that la_objclose came before is done: mappings read since
+// then may hold the object still.
+void la_activity(uintptr_t*, unsigned flag) {
+  if (flag == LA_ACT_CONSISTENT) mappings_changed();
+}
+
 char* la_objsearch(const char* name, uintptr_t* cookie, unsigned int flag) {
   if (flag == LA_SER_ORIG)
     if (char* found = find_in_program_origin(name, reinterpret_cast<const link_map*>(*cookie)))

@@ -150,7 +150,7 @@ byte* encode_fragment(rt_thread* t, app_pc tag, instrlist_t* bb, app_pc resume) 
   // branch or trap for each side branch.
   const size_t exit_size = (loop_condition < 0 ? 16 : 32) + 16 * size_t(sides.count);
   bool direct = false;
-  byte* code = reserve_code(size + exit_size, resume, &direct, retirements_every_thread_is_past());
+  byte* code = reserve_code(size + exit_size, resume, &direct);
   if (code == nullptr) return nullptr;
   if (loop_condition < 0)
     append_exit(dc, bb, resume, direct);

@@ -55,7 +55,9 @@ struct mapping {
 // of the mappings the runtime sees (an object opened or closed, the program's
 // munmap or mprotect) marks it stale; an answer other than "private,
 // executable, not writable" is read afresh all the same, since that is the
-// only one patching acts on without a second look. Used under the patch lock.
+// only one patching acts on without a second look. Used under the patch lock,
+// or at start-up before the program has a second thread (a static program's
+// system call sites are patched then).
 constexpr size_t kMaxMappings = 65536; // the kernel's default limit: 65530
 mapping* known;
 size_t known_count;

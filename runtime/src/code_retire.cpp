@@ -1,6 +1,5 @@
 #include "code_retire.h"
 
-#include <pthread.h>
 #include <sched.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -20,16 +19,6 @@ uint64_t retirement_count;
 std::atomic<uintptr_t> lowest_translated{UINTPTR_MAX};
 std::atomic<uintptr_t> highest_translated{0};
 
-// A child of fork has one thread, the one that forked, and no lock held.
-void only_this_thread_in_child() {
-  lock.clear();
-  threads = current_thread();
-  if (threads != nullptr) {
-    threads->next_thread = nullptr;
-    threads->retirements_seen = retirement_count;
-  }
-}
-
 } // namespace
 
 // Signals stay blocked while the lock is held: the SIGILL handler of the
@@ -48,13 +37,20 @@ code_lock::~code_lock() {
 }
 
 void register_thread(rt_thread* t) {
-  static std::atomic<bool> fork_handler_installed{false};
-  if (!fork_handler_installed.exchange(true))
-    pthread_atfork(nullptr, nullptr, only_this_thread_in_child);
   code_lock held;
   t->retirements_seen = retirement_count;
   t->next_thread = threads;
   threads = t;
+}
+
+void only_forking_thread_left() {
+  sites_after_fork();
+  lock.clear();
+  threads = current_thread();
+  if (threads != nullptr) {
+    threads->next_thread = nullptr;
+    threads->retirements_seen = retirement_count;
+  }
 }
 
 void unregister_thread(rt_thread* t) {

@@ -27,6 +27,12 @@ private:
 // fragment's room may serve again.
 void register_thread(rt_thread* t);
 void unregister_thread(rt_thread* t);
+// In a child made by fork, whose one thread is the one that forked: no lock
+// of the runtime's is held (another thread of the parent may have held one),
+// and the thread set holds that thread alone. Registered once, at start-up,
+// as a fork handler; a statically linked program's fork reaches it through
+// its trapped clone.
+void only_forking_thread_left();
 // A fragment was built for a block at tag: retirements of ranges that hold
 // no such block cost nothing.
 void note_translated(app_pc tag);

@@ -243,9 +243,10 @@ byte* reserve_room(size_t size, app_pc target, bool* near) {
 
 } // namespace
 
-byte* reserve_code(size_t size, app_pc target, bool* near, uint64_t oldest_seen) {
+byte* reserve_code(size_t size, app_pc target, bool* near) {
   size = (size + kRoomHeader + 15) & ~size_t(15);
-  free_quiescent_rooms(oldest_seen);
+  // Asking every thread costs a walk of them all: only when a room waits.
+  if (waiting_count != 0) free_quiescent_rooms(retirements_every_thread_is_past());
   byte* room = reserve_room(size, target, near);
   if (room == nullptr) return nullptr;
   std::memcpy(room, &size, sizeof size);

@@ -23,9 +23,9 @@ void retire_fragments_in(app_pc start, app_pc end, uint64_t retired_after);
 // says whether that branch can be direct; when no memory near target is
 // free the room lies anywhere. Null when memory ran out. Rooms of retired
 // fragments are reused when no thread can be in them: every thread has
-// been seen outside the fragments since the retirement numbered
-// oldest_seen or later.
-byte* reserve_code(size_t size, app_pc target, bool* reaches, uint64_t oldest_seen);
+// been seen outside the fragments since their retirement. With the code
+// lock held.
+byte* reserve_code(size_t size, app_pc target, bool* reaches);
 // Whether code at [start, start + size) can branch directly to target.
 bool within_branch_reach(const byte* start, size_t size, app_pc target);
 // New executable memory within branch reach of target; null when none is

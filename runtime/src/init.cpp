@@ -4,6 +4,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <link.h>
+#include <pthread.h>
 #include <sys/auxv.h>
 #include <sys/mman.h>
 #include <sys/single_threaded.h>
@@ -15,6 +16,7 @@
 #include <cstring>
 
 #include "app_hooks.h"
+#include "code_patch.h"
 #include "code_retire.h"
 #include "runtime.h"
 #include "signals.h"
@@ -258,6 +260,12 @@ void fork_child() {
   run_fork_child();
 }
 
+} // namespace
+
+void process_forked() { fork_child(); }
+
+namespace {
+
 app_hooks hooks_for_application;
 launch_settings launch;
 bool launched;
@@ -278,7 +286,7 @@ __attribute__((constructor)) void runtime_start() {
   resolve_libc_functions();
   keep_private_handles();
   set_application_name(launch.app);
-  site_patching_init();
+  pthread_atfork(nullptr, nullptr, only_forking_thread_left);
   take_sigill();
   take_fault_signals();
   take_ending_signals();
@@ -303,6 +311,7 @@ __attribute__((constructor)) void runtime_start() {
   hooks.code_protection_changing = [](void* start, size_t length) {
     retire_code(static_cast<app_pc>(start), static_cast<app_pc>(start) + length, true);
   };
+  hooks.mappings_changed = mappings_changed;
   hooks.vector_bytes = launch.vector_bytes;
   hooks.vector_length_inherited = launch.vector_length_inherited;
   hooks.relaunch = launch.relaunch;

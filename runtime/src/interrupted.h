@@ -18,5 +18,10 @@ struct rt_thread;
 // held is taken back at the thread's next handler.
 void call_application_handler(const struct sigaction& action, int sig, siginfo_t* info,
                               ucontext_t* uc, uint64_t app_tp);
+// Forgets the states of handlers the thread has left by siglongjmp: it is
+// now at app_sp, in a frame at frame (the runtime's handler's), both above
+// where those handlers began. Until then the thread counts as inside what
+// they interrupted, and retired code's rooms wait for it.
+void drop_abandoned(rt_thread* t, uintptr_t app_sp, uintptr_t frame);
 // The thread's saved states go with it.
 void release_interrupted_states(rt_thread* t);

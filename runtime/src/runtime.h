@@ -51,3 +51,6 @@ void set_application_name(const char* path);
 void run_fork_prepare();
 void run_fork_parent();
 void run_fork_child();
+// What a child made by fork runs first, in the thread that forked: the
+// runtime's own fork handler and the client's.
+void process_forked();

@@ -64,6 +64,9 @@ bool take_over(const siginfo_t* info, ucontext_t* uc) {
     dr_fprintf(our_stderr, "zorvo: no memory for a new thread's runtime state\n");
     dr_abort();
   }
+  // An application handler that left by siglongjmp is over.
+  if (t != nullptr)
+    drop_abandoned(t, uc->uc_mcontext.sp, reinterpret_cast<uintptr_t>(__builtin_frame_address(0)));
   bool none = t == nullptr;
   byte* const code =
       none ? nullptr : fragment_for(t, pc, !runtime_shut_down, !settings.entry_by_signal, &none);
@@ -167,7 +170,19 @@ void report_word_not_emulated(const siginfo_t* info, const ucontext_t* uc) {
 
 void on_sigill(int sig, siginfo_t* info, void* context) {
   auto* uc = static_cast<ucontext_t*>(context);
-  if (take_clone_return(uc)) return;
+  switch (take_clone_return(uc)) {
+  case clone_return::none:
+    break;
+  case clone_return::done:
+    return;
+  case clone_return::in_forked_child: {
+    runtime_tls_after_fork();
+    const uint64_t tp = enter_runtime_tls();
+    process_forked();
+    leave_runtime_tls(tp);
+    return;
+  }
+  }
   const uint64_t app_tp = enter_runtime_tls();
   const int saved_errno = errno;
   if (take_static_system_call(uc, app_tp)) {

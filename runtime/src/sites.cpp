@@ -1,6 +1,5 @@
 #include "sites.h"
 
-#include <pthread.h>
 #include <sched.h>
 #include <sys/mman.h>
 
@@ -175,8 +174,6 @@ const site_slot* find_or_patch_site(rt_thread* t, app_pc site) {
   return slot;
 }
 
-void unlock_in_child() { patch_lock.clear(); }
-
 // The record of pc while memory holds its branch (code mapped anew at a
 // patched address is read as it is); *in_memory gets the word in memory.
 // Memory is read first: if it already holds the branch, the record is
@@ -272,7 +269,7 @@ void retire_sites_in(app_pc start, app_pc end, bool still_mapped, uint64_t retir
   patch_lock.clear(std::memory_order_release);
 }
 
-void site_patching_init() { pthread_atfork(nullptr, nullptr, unlock_in_child); }
+void sites_after_fork() { patch_lock.clear(); }
 
 extern "C" app_pc dr_app_pc_for_decoding(app_pc pc) {
   uint32_t in_memory;

@@ -28,5 +28,5 @@ void unlink_site(app_pc site);
 // is past retirement retired_after (a thread may have taken a site's branch
 // just before it went). With the code lock held.
 void retire_sites_in(app_pc start, app_pc end, bool still_mapped, uint64_t retired_after);
-// A child made by fork starts with the lock free.
-void site_patching_init();
+// In a child made by fork: the patch lock is free.
+void sites_after_fork();

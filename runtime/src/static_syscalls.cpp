@@ -32,8 +32,10 @@ constexpr uint32_t kSystemCallTrap = 0x00005a43;
 // code.
 constexpr int kNumberSearchWords = 16;
 
-constexpr long kTrappedCalls[] = {SYS_rt_sigaction, SYS_rt_sigprocmask, SYS_prctl, SYS_exit_group,
-                                  SYS_munmap,       SYS_mprotect,       SYS_execve};
+// clone: the C library's fork, whose child must find the runtime's locks
+// free whatever the parent's other threads held.
+constexpr long kTrappedCalls[] = {SYS_rt_sigaction, SYS_rt_sigprocmask, SYS_prctl,  SYS_exit_group,
+                                  SYS_munmap,       SYS_mprotect,       SYS_execve, SYS_clone};
 
 constexpr int kMaxSites = 1024;
 uintptr_t sites[kMaxSites]; // sorted
@@ -44,9 +46,13 @@ int site_count;
 // handler's frames (which a vfork child would overwrite under its parent).
 // The program makes it itself, with its own registers and signal mask, from
 // its site's trampoline, `svc #0` and a trap; at the trap, in the parent and
-// in the child alike, the context goes back to the word after the site.
+// in the child alike, the context goes back to the word after the site. A
+// clone that makes a new process (no CLONE_VM) takes the site's second
+// trampoline, whose trap tells the child apart.
 constexpr uint32_t kCloneReturnTrap = 0x00005a44; // udf #0x5a44
-uint32_t* clone_trampolines;                      // two words per site
+constexpr uint32_t kForkReturnTrap = 0x00005a45;  // udf #0x5a45
+constexpr int kTrampolineWords = 4;               // per site: two trampolines
+uint32_t* clone_trampolines;
 
 unsigned long vector_bytes;
 bool initial_vl_inherit;
@@ -219,19 +225,22 @@ long exec(const ucontext_t* uc, const uint64_t* a) {
 }
 
 void make_clone_trampolines() {
-  const size_t bytes = (site_count * 8 + 4095) & ~size_t(4095);
+  const size_t used = size_t(site_count) * kTrampolineWords * 4;
+  const size_t bytes = (used + 4095) & ~size_t(4095);
   auto* words = static_cast<uint32_t*>(map_pages(bytes));
   if (words == nullptr) return;
   for (int i = 0; i < site_count; ++i) {
-    words[2 * i] = kSvc0;
-    words[2 * i + 1] = kCloneReturnTrap;
+    uint32_t* w = words + kTrampolineWords * i;
+    w[0] = kSvc0;
+    w[1] = kCloneReturnTrap;
+    w[2] = kSvc0;
+    w[3] = kForkReturnTrap;
   }
   if (mprotect(words, bytes, PROT_READ | PROT_EXEC) != 0) {
     unmap_pages(words, bytes);
     return;
   }
-  __builtin___clear_cache(reinterpret_cast<char*>(words),
-                          reinterpret_cast<char*>(words) + site_count * 8);
+  __builtin___clear_cache(reinterpret_cast<char*>(words), reinterpret_cast<char*>(words) + used);
   clone_trampolines = words;
 }
 
@@ -240,10 +249,15 @@ bool is_clone(long number) { return number == SYS_clone || number == SYS_clone3;
 // A thread that shares its creator's memory but not a thread block of its
 // own runs with its creator's thread pointer; a vfork child does too, but
 // its parent waits meanwhile.
-bool shares_thread_pointer(long number, const uint64_t* x) {
-  // clone3's arguments: the kernel refuses a null or short structure.
-  if (number == SYS_clone3 && (x[0] == 0 || x[1] < sizeof(uint64_t))) return false;
-  const uint64_t flags = number == SYS_clone ? x[0] : *reinterpret_cast<const uint64_t*>(x[0]);
+// clone3's arguments: the kernel refuses a null or short structure (the call
+// makes nothing then, and 0 does here).
+uint64_t clone_flags(long number, const uint64_t* x) {
+  if (number == SYS_clone) return x[0];
+  if (x[0] == 0 || x[1] < sizeof(uint64_t)) return 0;
+  return *reinterpret_cast<const uint64_t*>(x[0]);
+}
+
+bool shares_thread_pointer(uint64_t flags) {
   return (flags & CLONE_VM) && !(flags & (CLONE_SETTLS | CLONE_VFORK));
 }
 
@@ -251,9 +265,12 @@ bool shares_thread_pointer(long number, const uint64_t* x) {
 // none (no memory was left for them at the start).
 bool make_clone_at_trampoline(ucontext_t* uc, int site, long number, uint64_t app_tp) {
   if (clone_trampolines == nullptr) return false;
-  if (shares_thread_pointer(number, reinterpret_cast<const uint64_t*>(uc->uc_mcontext.regs)))
-    thread_pointer_shared(app_tp);
-  uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(clone_trampolines + 2 * site);
+  const auto* x = reinterpret_cast<const uint64_t*>(uc->uc_mcontext.regs);
+  const uint64_t flags = clone_flags(number, x);
+  if (shares_thread_pointer(flags)) thread_pointer_shared(app_tp);
+  const bool new_process = !(flags & CLONE_VM);
+  uc->uc_mcontext.pc = reinterpret_cast<uint64_t>(clone_trampolines + kTrampolineWords * site +
+                                                  (new_process ? 2 : 0));
   return true;
 }
 
@@ -276,10 +293,14 @@ long carry_out(ucontext_t* uc, long number, const uint64_t* a) {
     // The exit events, in this handler (the thread's runtime memory stays).
     process_dying_by_signal();
     return -ENOSYS;
-  case SYS_mprotect:
+  case SYS_mprotect: {
     if ((a[2] & (PROT_WRITE | PROT_EXEC)) != PROT_EXEC)
       retire_code(reinterpret_cast<app_pc>(a[0]), reinterpret_cast<app_pc>(a[0] + a[1]), true);
-    return -ENOSYS;
+    const long rc = raw_system_call(number, a);
+    // Another thread may have read the mappings since the retirement.
+    mappings_changed();
+    return rc;
+  }
   case SYS_execve:
     return exec(uc, a);
   case SYS_munmap: {
@@ -333,12 +354,16 @@ void trap_static_system_calls(const ElfW(Phdr) * phdr, int phnum, int vector_len
          site_count);
 }
 
-bool take_clone_return(ucontext_t* uc) {
-  if (clone_trampolines == nullptr) return false;
+clone_return take_clone_return(ucontext_t* uc) {
+  if (clone_trampolines == nullptr) return clone_return::none;
+  constexpr uintptr_t kSiteBytes = kTrampolineWords * 4;
   const uintptr_t offset = uc->uc_mcontext.pc - reinterpret_cast<uintptr_t>(clone_trampolines);
-  if (offset >= static_cast<uintptr_t>(site_count) * 8 || offset % 8 != 4) return false;
-  uc->uc_mcontext.pc = sites[offset / 8] + 4;
-  return true;
+  if (offset >= static_cast<uintptr_t>(site_count) * kSiteBytes || offset % 8 != 4)
+    return clone_return::none;
+  uc->uc_mcontext.pc = sites[offset / kSiteBytes] + 4;
+  const bool second = offset % kSiteBytes == 12;
+  return second && uc->uc_mcontext.regs[0] == 0 ? clone_return::in_forked_child
+                                                : clone_return::done;
 }
 
 bool take_static_system_call(ucontext_t* uc, uint64_t app_tp) {

@@ -24,5 +24,8 @@ bool take_static_system_call(ucontext_t* uc, uint64_t app_tp);
 // A SIGILL at the trap after a trampoline's svc, in the thread that made
 // the clone or in the new one: the context goes on after the site. Uses no
 // thread-local storage, so that it can come first: the new thread, or a
-// vfork child, has nothing of the runtime's yet.
-bool take_clone_return(ucontext_t* uc);
+// vfork child, has nothing of the runtime's yet. in_forked_child: the new
+// thread is a fork's child, a process of its own, which must run the
+// runtime's fork handlers before anything else of the runtime's.
+enum class clone_return { none, done, in_forked_child };
+clone_return take_clone_return(ucontext_t* uc);

@@ -158,10 +158,11 @@ void add_runtime_tls(long tid, uint64_t tp) {
 // A thread the program's own C library made meets the runtime for the
 // first time: it gets a thread block and TLS of the dynamic loader's making,
 // initialised as for any new thread.
+// The dynamic loader's allocator, at this point of the process, is not made
+// for threads.
+std::atomic_flag allocating = ATOMIC_FLAG_INIT;
+
 uint64_t new_runtime_tls(long tid) {
-  // The dynamic loader's allocator, at this point of the process, is not
-  // made for threads.
-  static std::atomic_flag allocating = ATOMIC_FLAG_INIT;
   // A handler of another signal (the program's, through the wrapper) that
   // came meanwhile would wait here for ever.
   const uint64_t all = ~uint64_t(0);
@@ -188,6 +189,20 @@ void keep_runtime_thread_pointer() {
 }
 
 bool separate_thread_pointer() { return static_program; }
+
+void runtime_tls_after_fork() {
+  allocating.clear();
+  if (!static_program) return;
+  // Where leaving the runtime in the parent left it.
+  auto* t = reinterpret_cast<rt_thread**>(read_tp() + kTcbUnusedWordOffset)[0];
+  if (t == nullptr) return;
+  const long tid = raw_syscall(SYS_gettid);
+  const int n = runtime_tls_count.load();
+  for (int i = 0; i < n; ++i)
+    if (runtime_tls[i].tid.load() == t->tid && runtime_tls[i].tp == t->block.runtime_tp)
+      runtime_tls[i].tid.store(tid);
+  t->tid = static_cast<pid_t>(tid);
+}
 
 uint64_t enter_runtime_tls() {
   if (!static_program) return 0;

@@ -109,6 +109,11 @@ void detach_thread(rt_thread* t);
 // that its C library does not use, which leave_runtime_tls keeps.
 void keep_runtime_thread_pointer();
 bool separate_thread_pointer();
+// In a child made by fork, before the thread enters the runtime: no
+// allocation of runtime thread blocks is under way, and in a statically
+// linked program the thread that forked, whose thread id changed, keeps its
+// runtime thread pointer and state. Uses no thread-local storage.
+void runtime_tls_after_fork();
 // Switches to the runtime's thread pointer; returns the one to give back
 // (0: nothing to give back). Uses no thread-local storage before the switch.
 uint64_t enter_runtime_tls();

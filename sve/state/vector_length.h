@@ -32,6 +32,13 @@ inline bool set_vector_bytes(unsigned bytes) {
   return true;
 }
 
+// The length of the process for as long as it lives, the one before after:
+// for the tools and tests that try several lengths in one process.
+struct vector_length_scope {
+  unsigned before = process_vector_bytes();
+  ~vector_length_scope() { set_vector_bytes(before); }
+};
+
 // The lengths with a compilation of their own.
 #define ZORVO_FIXED_LENGTHS(X) X(16) X(32) X(48) X(64)
 

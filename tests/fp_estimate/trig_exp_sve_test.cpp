@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr unsigned kDefaultVectorBytes = 48;
-
 struct vector_bytes {
   alignas(16) uint8_t b[kDefaultVectorBytes];
 };

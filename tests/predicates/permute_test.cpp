@@ -148,6 +148,7 @@ TEST(Permute, PlainRoutinesUnzipWhatTheyZip) {
 // words (80 bytes), the predicate unzips take the even or odd elements of
 // Pn:Pm, Pn's filling the low half: the same as the vector unzips.
 TEST(Permute, PredicateUnzipsAtEightyBytes) {
+  const vector_length_scope restore_length;
   ASSERT_TRUE(set_vector_bytes(80));
   std::mt19937_64 rng(9);
   for (uint32_t size = 0; size < 4; ++size)
@@ -165,7 +166,6 @@ TEST(Permute, PredicateUnzipsAtEightyBytes) {
         ASSERT_EQ(std::memcmp(s.p[0] + e * esize, both + (2 * e + part) * esize, esize), 0)
             << "size " << size << " part " << part << " element " << e;
     }
-  set_vector_bytes(kDefaultVectorBytes);
 }
 
 } // namespace

@@ -96,6 +96,7 @@ TEST(PredicateTest, PtestIsByteWiseWhateverSizePgWasWrittenAt) {
 // At each length the packed form has one bit per register byte and nothing
 // past the length: lengths below, at and across 64-bit word boundaries.
 TEST(PredicateForm, PackedFormRoundTripsAndReadsBitZeroOnly) {
+  const vector_length_scope restore_length;
   std::mt19937_64 rng(8);
   for (unsigned length : {16u, 48u, 64u, 80u, 144u, 256u}) {
     ASSERT_TRUE(set_vector_bytes(length));
@@ -113,7 +114,6 @@ TEST(PredicateForm, PackedFormRoundTripsAndReadsBitZeroOnly) {
       for (unsigned k = 0; k < kPredicateWords; ++k) ASSERT_EQ(back.w[k], bits.w[k]) << length;
     }
   }
-  set_vector_bytes(kDefaultVectorBytes);
 }
 
 TEST(IntegerCompare, ResultIsElementSizedAndZeroingAndFlagsAreSet) {

@@ -179,7 +179,7 @@ TEST_F(first_fault, ExtendingLoadUpToThePageEnd) {
 // The forms that number predicate bytes in byte lanes are inline up to 1024
 // bits; the others at every length.
 TEST(predicate_lengths, ByteNumberedFormsStopAbove1024Bits) {
-  const unsigned saved = process_vector_bytes();
+  const vector_length_scope restore_length;
   inline_code c;
   for (unsigned bytes : {16u, 128u, 256u}) {
     ASSERT_TRUE(set_vector_bytes(bytes));
@@ -189,7 +189,6 @@ TEST(predicate_lengths, ByteNumberedFormsStopAbove1024Bits) {
     EXPECT_EQ(translate_inline(0x2550c440, 0x1000, &c), bytes <= 128) << bytes; // ptest
     EXPECT_EQ(translate_inline(0x254084a4, 0x1000, &c), bytes <= 128) << bytes; // cmpeq
   }
-  set_vector_bytes(saved);
 }
 
 } // namespace

@@ -21,8 +21,8 @@ namespace {
 
 const char kUsage[] =
     "usage: zorvo-reference [--rows PATTERN] [--cases N] [--seed N] [--reports N]\n"
-    "                       [--results FILE] [--list-differences]\n"
-    "       zorvo-reference --combine FILE,FILE... --markdown FILE [--cases N] [--seed N]\n"
+    "                       [--results FILE] [--markdown FILE] [--list-differences]\n"
+    "       zorvo-reference --combine FILE,FILE... --markdown FILE [--seed N]\n"
     "  --rows PATTERN    decoders whose name matches the glob, or contains the text\n"
     "                    (several patterns separated by commas)\n"
     "  --cases N         cases drawn per row (default 200)\n"

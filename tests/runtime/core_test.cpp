@@ -276,7 +276,7 @@ TEST_F(CoreTest, CodeIsReservedWithinBranchReachOfItsTarget) {
   const auto target = reinterpret_cast<app_pc>(&word_at);
   for (int i = 0; i < 40; ++i) {
     bool near = false;
-    byte* code = reserve_code(64 * 1024, target, &near, 0);
+    byte* code = reserve_code(64 * 1024, target, &near);
     ASSERT_NE(code, nullptr);
     EXPECT_TRUE(near);
     EXPECT_LT(std::abs(code - target), ptrdiff_t(1) << 27);
@@ -337,7 +337,7 @@ TEST_F(CoreTest, ARetiredRoomServesAgainOnlyOnceEveryThreadIsPastIt) {
   // This thread was last seen before the retirement.
   EXPECT_EQ(retirements_every_thread_is_past(), before);
   bool near = false;
-  EXPECT_NE(reserve_code(16, tag, &near, retirements_every_thread_is_past()), room);
+  EXPECT_NE(reserve_code(16, tag, &near), room);
   // Inside an application's handler the thread may have interrupted a
   // fragment: it does not count as outside.
   ++t->interrupted_depth;
@@ -346,7 +346,7 @@ TEST_F(CoreTest, ARetiredRoomServesAgainOnlyOnceEveryThreadIsPastIt) {
   EXPECT_EQ(retirements_every_thread_is_past(), before);
   seen_outside_fragments(t);
   EXPECT_EQ(retirements_every_thread_is_past(), retirement);
-  EXPECT_EQ(reserve_code(16, tag, &near, retirements_every_thread_is_past()), room);
+  EXPECT_EQ(reserve_code(16, tag, &near), room);
   EXPECT_EQ(retired_bytes_waiting(), 0u);
 }
 

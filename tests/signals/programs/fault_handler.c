@@ -85,7 +85,7 @@ __attribute__((noinline)) static uintptr_t store_first(float* base, long n) {
  * not the architecture's), so that one is not compared. */
 static void report(const char* what, uintptr_t base, uintptr_t fault_at) {
   const char* where = seen_pc == expected_pc ? "at the instruction" : "elsewhere";
-  /* A short vector may not reach the fault at all: nothing seen to show. */
+  /* No fault expected (inactive elements past the end): nothing seen to show. */
   if (calls == 0) {
     printf("%s: calls 0\n", what);
     return;
@@ -144,7 +144,7 @@ int main(void) {
   for (int i = 0; i < 2; ++i) near_end[i] = 1.0f + i;
   mprotect(guarded_page, 4096, PROT_NONE);
   for (int i = 0; i < 64; ++i) out[i] = -1.0f;
-  load_first(near_end, out, 2);
+  if (sigsetjmp(escape, 1) == 0) load_first(near_end, out, 2);
   report("partial load, inactive past the end", (uintptr_t)near_end, (uintptr_t)guarded_page);
   printf("  loaded %g %g %g\n", out[0], out[1], out[2]);
   expected_pc = load_first(other, out, 64);
@@ -152,7 +152,7 @@ int main(void) {
   report("partial load, active past the end", (uintptr_t)near_end, (uintptr_t)guarded_page);
 
   mprotect(guarded_page, 4096, PROT_READ);
-  store_first(near_end, 2);
+  if (sigsetjmp(escape, 1) == 0) store_first(near_end, 2);
   report("partial store, inactive past the end", (uintptr_t)near_end, (uintptr_t)guarded_page);
   printf("  stored %g %g\n", near_end[0], near_end[1]);
   expected_pc = store_first(other, 1);

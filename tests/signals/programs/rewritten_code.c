@@ -2,7 +2,14 @@
  * page writable, rewrites one word past the first (fmla into fmls and back),
  * makes it executable again and runs it; and it unmaps and maps the page
  * anew. Every run must run the words there now, and two thousand rounds
- * must not make resident memory grow. */
+ * must not make resident memory grow.
+ *
+ * usage: rewritten_code [after_longjmp]
+ *   after_longjmp  first a signal handler leaves by siglongjmp: the thread
+ *                  is out of it, and what is retired afterwards still
+ *                  frees its room */
+#include <setjmp.h>
+#include <signal.h>
 #include <stdio.h>
 #include <string.h>
 #include <sys/mman.h>
@@ -28,7 +35,23 @@ static int runs_as(unsigned* code, unsigned op) {
   return acc[5] == (op == kFmla ? 10.0f : -10.0f);
 }
 
-int main(void) {
+static sigjmp_buf back;
+
+static void leave_by_longjmp(int sig) {
+  (void)sig;
+  siglongjmp(back, 1);
+}
+
+static void handler_left_by_longjmp(void) {
+  struct sigaction action;
+  memset(&action, 0, sizeof action);
+  action.sa_handler = leave_by_longjmp;
+  sigaction(SIGUSR1, &action, NULL);
+  if (sigsetjmp(back, 1) == 0) raise(SIGUSR1);
+}
+
+int main(int argc, char** argv) {
+  if (argc > 1 && strcmp(argv[1], "after_longjmp") == 0) handler_left_by_longjmp();
   long settled = 0, wrong = 0;
   for (int round = 0; round < kRounds; ++round) {
     unsigned* code = mmap(NULL, 4096, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);

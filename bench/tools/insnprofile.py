@@ -2,8 +2,8 @@
 """Guest instructions by function, from the counts insnprofile.so writes.
 
     qemu-aarch64 -plugin BUILD/bench/insnprofile.so,out=/tmp/p.out ... APP
-    python3 bench/tools/profile.py /tmp/p.out [--top 40] [--by file]
-    python3 bench/tools/profile.py -- 2*/tmp/short.out -1*/tmp/long.out -1*/tmp/start.out
+    python3 bench/tools/insnprofile.py /tmp/p.out [--top 40] [--by file]
+    python3 bench/tools/insnprofile.py -- 2*/tmp/short.out -1*/tmp/long.out -1*/tmp/start.out
 
 Each line of the plugin's output is PATH FILE_OFFSET INSTRUCTIONS, and for a
 block of the C library, the loader or a PLT stub also the caller's PATH and
