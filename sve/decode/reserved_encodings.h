@@ -10,11 +10,13 @@
 #include "../state/cpu_state.h"
 #include "fields.h"
 #include "immediates.h"
+#include "roi_words.h"
 
 enum class reserved_rule : uint8_t {
   none,
   // add/sub/sqadd/.../dup/cpy (immediate) on bytes: bit 13 asks for a shift
-  // by 8, which leaves nothing of a byte.
+  // by 8, which leaves nothing of a byte. The two region-of-interest markers
+  // are such words on purpose and stay the byte add's.
   byte_shifted_immediate,
   // Contiguous loads, stores and prefetches with a scalar offset: Rm = 31
   // is reserved (first-fault loads are the exception, there it reads XZR).
@@ -69,7 +71,7 @@ constexpr bool word_is_reserved(reserved_rule rule, uint32_t word) {
   case reserved_rule::none:
     return false;
   case reserved_rule::byte_shifted_immediate:
-    return field(word, 13, 13) != 0;
+    return field(word, 13, 13) != 0 && !is_roi_marker_word(word);
   case reserved_rule::offset_register_31:
     return field(word, 20, 16) == 31;
   case reserved_rule::invalid_bitmask:

@@ -156,6 +156,18 @@ TEST(FormLookup, AgreesWithThePlainCascadeOnRowsNearMissesAndRandomWords) {
 
 const char* name_of_form(int form) { return form < 0 ? "none" : kRows[form].name; }
 
+// The two region-of-interest markers are reserved byte adds that stay the
+// byte add's, for every register; every other shifted byte add is refused.
+TEST(FormLookup, OnlyTheMarkerWordsAmongShiftedByteAddsAreFound) {
+  for (uint32_t imm8 = 0; imm8 < 256; ++imm8)
+    for (uint32_t zdn = 0; zdn < 32; ++zdn) {
+      const uint32_t word = 0x2520e000 | imm8 << 5 | zdn;
+      const bool marker = imm8 == 1 || imm8 == 2;
+      EXPECT_STREQ(name_of_form(find_form(word)), marker ? "VecU8AddVIX" : "none")
+          << std::hex << word;
+    }
+}
+
 // Words assembled by hand, each beside the nearest word that is not reserved.
 TEST(FormLookup, ReservedEncodingsInsideARowAreNoRowsWords) {
   struct pair {
@@ -163,8 +175,10 @@ TEST(FormLookup, ReservedEncodingsInsideARowAreNoRowsWords) {
     const char* allowed_row;
   };
   const pair pairs[] = {
-      // add z0.b, z0.b, #1, lsl #8 beside add z0.h, z0.h, #256
-      {0x2520e020, 0x2560e020, "VecU16AddVIX"},
+      // add z0.b, z0.b, #3, lsl #8 beside add z0.h, z0.h, #768
+      {0x2520e060, 0x2560e060, "VecU16AddVIX"},
+      // the stop marker (#2, lsl #8) is the byte add's; #4, lsl #8 is not
+      {0x2520e080, 0x2520e047, "VecU8AddVIX"},
       // sqsub z3.b, z3.b, #2, lsl #8 beside sqsub z3.b, z3.b, #2
       {0x2526e043, 0x2526c043, "VecS8QSubVIX"},
       // mov z0.b, #1, lsl #8 (dup) beside mov z0.b, #1

@@ -13,8 +13,8 @@ int main(int argc, char** argv) {
   const char* which = argc > 1 ? argv[1] : "";
   printf("before\n");
   fflush(stdout);
-  if (!strcmp(which, "byte-shifted-add")) // add z0.b, z0.b, #1, lsl #8
-    __asm__ volatile(BETWEEN_ADDS("0x2520e020") ::: "v0");
+  if (!strcmp(which, "byte-shifted-add")) // add z0.b, z0.b, #3, lsl #8
+    __asm__ volatile(BETWEEN_ADDS("0x2520e060") ::: "v0");
   else if (!strcmp(which, "offset-xzr")) // ld1b {z0.b}, p0/z, [x0, xzr]
     __asm__ volatile(BETWEEN_ADDS("0xa41f4000") ::: "v0");
   else if (!strcmp(which, "no-bitmask")) // orr z0.d, z0.d, N = 1, imms = 111111
