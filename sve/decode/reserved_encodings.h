@@ -8,9 +8,9 @@
 #include <cstdint>
 
 #include "../state/cpu_state.h"
+#include "../trace/roi_words.h"
 #include "fields.h"
 #include "immediates.h"
-#include "roi_words.h"
 
 enum class reserved_rule : uint8_t {
   none,

@@ -5,8 +5,8 @@
 
 #include <cstdint>
 
-#include "../decode/roi_words.h"
 #include "../state/static_tls.h"
+#include "roi_words.h"
 #include "tracesink.h"
 
 // The gate: non-zero while this thread's memory handlers emit records.

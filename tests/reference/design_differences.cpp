@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "decode/roi_words.h"
 #include "state/vector_length.h"
+#include "trace/roi_words.h"
 
 namespace {
 
