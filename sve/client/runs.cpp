@@ -87,9 +87,7 @@ void load_trace_gate(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
   insert_words(dc, bb, where, pc, words, 3);
 }
 
-bool may_be_marker(uint32_t word) {
-  return (word & ~0x1fu) == kRoiStartWord || (word & ~0x1fu) == kRoiStopWord;
-}
+bool may_be_marker(uint32_t word) { return is_roi_marker_word(word); }
 
 // X27 gets the thread's record; the application's X26..X30 go straight into
 // it, the rest in zorvo_transfer_in.

@@ -50,14 +50,27 @@ constexpr unsigned lane_index(uint32_t word, uint32_t elem) {
 // Bits 19..16 plus 1: the multiplier that follows a predicate pattern.
 constexpr unsigned pattern_multiplier(uint32_t word) { return field(word, 19, 16) + 1; }
 
-// The logical immediate N:immr:imms as a 64-bit pattern. N = 0 with imms all
-// ones names no element width; that reserved encoding yields 0.
-constexpr uint64_t decode_bit_mask(uint32_t n, uint32_t immr, uint32_t imms) {
+// The element width, 1 up to 64, that N:imms of a logical immediate names:
+// the highest set bit of N:NOT(imms). 0 when there is none.
+constexpr unsigned bitmask_element_width(uint32_t n, uint32_t imms) {
   const uint32_t width_bits = (n << 6) | (~imms & 0x3f);
   if (width_bits == 0) return 0;
   unsigned len = 6;
   while (!(width_bits & (1u << len))) --len;
-  const unsigned width = 1u << len;
+  return 1u << len;
+}
+// The architecture reserves N:imms when it names no element of two bits or
+// more, or a run of ones as long as the element (no zero bit to rotate).
+constexpr bool bitmask_reserved(uint32_t n, uint32_t imms) {
+  const unsigned width = bitmask_element_width(n, imms);
+  return width < 2 || (imms & (width - 1)) == width - 1;
+}
+
+// The logical immediate N:immr:imms as a 64-bit pattern. N = 0 with imms all
+// ones names no element width; that reserved encoding yields 0.
+constexpr uint64_t decode_bit_mask(uint32_t n, uint32_t immr, uint32_t imms) {
+  const unsigned width = bitmask_element_width(n, imms);
+  if (width == 0) return 0;
   const uint32_t levels = width - 1;
   const unsigned ones = (imms & levels) + 1;
   const unsigned rotate = immr & levels;

@@ -5,6 +5,7 @@
 #include "decode_maps.inc"
 #include "decoders.h"
 #include "form_index.h"
+#include "reserved_encodings.h"
 
 #define DECLARE_THIN_DECODERS(bytes)                                                               \
   namespace fixed_##bytes {                                                                        \
@@ -35,6 +36,7 @@ const form kForms[] = {
 #include "forms.inc"
 };
 static_assert(sizeof(kForms) / sizeof(kForms[0]) == kFormCount);
+static_assert(sizeof(kRowReservedRules) / sizeof(kRowReservedRules[0]) == kFormCount);
 
 // The thin decoders for the process's length: its own compilation where the
 // length has one, else the one for any length.
@@ -71,7 +73,10 @@ int find_form(uint32_t word) {
   const uint64_t cached = entry.load(std::memory_order_relaxed);
   if ((cached & kCachedMark) && uint32_t(cached) == word)
     return int(uint32_t(cached >> 32) & 0x7fffffffu) - 1;
-  const int form = search_form_index(kFormIndex, word);
+  int form = search_form_index(kFormIndex, word);
+  // A word its row reserves is no row's: every tier refuses it, as the
+  // processor does.
+  if (form >= 0 && word_is_reserved(kRowReservedRules[form], word)) form = -1;
   entry.store(kCachedMark | uint64_t(uint32_t(form + 1)) << 32 | word, std::memory_order_relaxed);
   return form;
 }

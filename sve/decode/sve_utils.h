@@ -11,7 +11,8 @@
 sve_decoder get_sve_handler(uint32_t word);
 
 // The index in forms.inc of the row that get_sve_handler picks for the word,
-// or -1.
+// or -1: also for a word inside a row's pattern that the row's encoding
+// reserves (reserved_encodings.h).
 int find_form(uint32_t word);
 
 // Whether that row's decoder is a thin one, which calls a fast handler and

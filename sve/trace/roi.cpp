@@ -4,9 +4,7 @@ ZORVO_STATIC_TLS uint8_t enable_trace;
 ZORVO_STATIC_TLS sve_mem_ref_t trace_roi;
 
 void roi_check_marker(uint32_t word) {
-  const uint32_t without_register = word & ~0x1fu;
-  if (without_register == kRoiStartWord || without_register == kRoiStopWord)
-    roi_marker(without_register == kRoiStartWord);
+  if (is_roi_marker_word(word)) roi_marker((word & ~0x1fu) == kRoiStartWord);
 }
 
 void roi_marker(bool start) {

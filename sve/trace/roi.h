@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "../state/static_tls.h"
+#include "roi_words.h"
 #include "tracesink.h"
 
 // The gate: non-zero while this thread's memory handlers emit records.
@@ -21,10 +22,6 @@ extern ZORVO_STATIC_TLS sve_mem_ref_t trace_roi;
 // state before them: nothing counts nesting, and a stop with the gate closed
 // still sends its record.
 void roi_marker(bool start);
-
-// The marker words less their register field: ADD Zn.B, Zn.B, #1, LSL #8
-// starts, #2, LSL #8 stops. An add of 256 or 512 leaves bytes as they were.
-constexpr uint32_t kRoiStartWord = 0x2520e020, kRoiStopWord = 0x2520e040;
 
 // The one place that recognises the markers: carries out a marker word and
 // leaves any other alone. The decoder of the byte add-immediate asks it

@@ -102,14 +102,6 @@ TEST_F(BridgeTest, CtermLeavesZAndCAndSetsVWhenNeitherTermNorCarry) {
   EXPECT_EQ(s.nzcv, 0xa0000000u);
 }
 
-TEST_F(BridgeTest, ByteImmediateWithTheShiftBitAddsNothing) {
-  // uqadd z0.b, z0.b, #1 with bit 13 set: 0x100 cut to a byte is 0.
-  uint8_t before[kDefaultVectorBytes];
-  std::memcpy(before, s.z[0], kDefaultVectorBytes);
-  ASSERT_EQ(run_word(&s, 0x2525c020 | 1u << 13), AARCH64_DECODE_OK);
-  EXPECT_EQ(std::memcmp(s.z[0], before, kDefaultVectorBytes), 0);
-}
-
 TEST_F(BridgeTest, UnsignedImmediateOfASignedSaturatingAdd) {
   // sqadd z1.h, z1.h, #65280: the immediate counts as unsigned, so every
   // element grows and saturates at 0x7fff rather than wrapping.

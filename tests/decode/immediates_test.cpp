@@ -44,16 +44,6 @@ private:
 
 constexpr uint32_t kRet = 0xd65f03c0;
 
-// The architecture accepts N:immr:imms for a 64-bit operation when the
-// element width exists and imms does not ask for all its bits.
-bool valid_for_64_bits(uint32_t n, uint32_t imms) {
-  const uint32_t width_bits = n << 6 | (~imms & 0x3f);
-  if (width_bits < 2) return false;
-  uint32_t width = 64;
-  while (!(width_bits & width)) width >>= 1;
-  return (imms & (width - 1)) != width - 1;
-}
-
 TEST(LogicalImmediate, EveryValidEncodingMatchesTheHostsOrr) {
   struct encoding {
     uint32_t n, immr, imms;
@@ -62,7 +52,7 @@ TEST(LogicalImmediate, EveryValidEncodingMatchesTheHostsOrr) {
   for (uint32_t n = 0; n < 2; ++n)
     for (uint32_t immr = 0; immr < 64; ++immr)
       for (uint32_t imms = 0; imms < 64; ++imms)
-        if (valid_for_64_bits(n, imms)) valid.push_back({n, immr, imms});
+        if (!bitmask_reserved(n, imms)) valid.push_back({n, immr, imms});
   // 64 rotations of 63 + 31 + 15 + 7 + 3 + 1 run lengths.
   ASSERT_EQ(valid.size(), 64u * 120u);
 

@@ -212,6 +212,8 @@ aarch64_decode_rc record_mask(cpu_state*, aarch64_z_reg, aarch64_sve_logical64_i
   return AARCH64_DECODE_OK;
 }
 
+// The lookup refuses such a word; the decoder, reached directly, still
+// ends normally with an empty mask rather than reading past its tables.
 TEST(Decoders, ReservedLogicalImmediateEndsNormally) {
   // and z7.d, z7.d with N = 0 and imms all ones: no element width exists.
   const uint32_t word = 0x058007e7;
@@ -220,7 +222,7 @@ TEST(Decoders, ReservedLogicalImmediateEndsNormally) {
   EXPECT_EQ((shapes::zdn_bitmask::run<ELEM_D, record_mask, false>(&s, word)), AARCH64_DECODE_OK);
   EXPECT_EQ(recorded_mask.value, 0u);
   EXPECT_EQ(s.raw_instr, word);
-  EXPECT_EQ(describe(word), "Z{7, 5, 3, 3} z7.d, bitmask(17:5) 0x0000000000000000");
+  EXPECT_EQ(describe(word), "no decode row");
 }
 
 aarch64_decode_rc says_unimplemented(cpu_state*, aarch64_z_reg, aarch64_p_reg, aarch64_z_reg) {

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "state/vector_length.h"
+#include "trace/roi_words.h"
 
 namespace {
 
@@ -57,10 +58,7 @@ const design_difference* design_differences(int* count) {
   return kDifferences;
 }
 
-bool is_region_marker(uint32_t word) {
-  const uint32_t without_register = word & ~0x1fu;
-  return without_register == 0x2520e020u || without_register == 0x2520e040u;
-}
+bool is_region_marker(uint32_t word) { return is_roi_marker_word(word); }
 
 bool decides_by_page(const row_profile& p) { return p.first_fault; }
 

@@ -91,11 +91,13 @@ TEST_F(Roi, OnlyByteAddsOfExactly256Or512AreMarkers) {
     run(&s, add_imm(1, 3, 1, true));  // halfword + 256
     run(&s, add_imm(2, 3, 2, true));  // word + 512
     run(&s, add_imm(3, 3, 1, true));  // doubleword + 256
-    run(&s, add_imm(0, 3, 3, true));  // byte + 768: an add of 0
     run(&s, add_imm(0, 4, 1, false)); // byte + 1, unshifted
     run(&s, add_imm(0, 4, 2, false)); // byte + 2, unshifted
     EXPECT_EQ(enable_trace, open);
   }
+  // Any other shifted byte add is reserved: refused, never a marker.
+  EXPECT_EQ(get_sve_handler(add_imm(0, 3, 3, true)), nullptr);
+  EXPECT_EQ(get_sve_handler(add_imm(0, 3, 0, true)), nullptr);
   EXPECT_TRUE(recorded_records().empty());
   EXPECT_EQ(recorded_calls().incr_count, 0u);
   // Every one of them was carried out as an add, twice.
