@@ -107,15 +107,18 @@ static_assert(offsetof(handler_call, stack) == 32 && offsetof(handler_call, vect
 
 // A handler that left by siglongjmp never restored what it saved; the
 // thread is past its frames now: the interrupted code's stack pointer (the
-// application's, also when it was interrupted on a runtime stack) or this
-// handler's frame lies at or above where that handler began, on the same
-// stack. The registers and record stay as the handler left them, as they
-// would on a processor with SVE.
+// application's, also when it was interrupted on a runtime stack) lies above
+// where that handler began, or this handler's frame at or above it, on the
+// same stack. Strictly above for the stack pointer: a handler started on
+// the application's stack begins with its stack pointer exactly there, and
+// a leaf handler runs its SVE words without moving it. The registers and
+// record stay as the handler left them, as they would on a processor with
+// SVE.
 void drop_abandoned(rt_thread* t, uintptr_t app_sp, uintptr_t frame) {
   while (t->interrupted_depth > 0) {
     const saved_state* s = static_cast<saved_state*>(t->interrupted[t->interrupted_depth - 1]);
     const int region = stack_of(t, s->handler_frame);
-    const bool left = (stack_of(t, app_sp) == region && app_sp >= s->handler_frame) ||
+    const bool left = (stack_of(t, app_sp) == region && app_sp > s->handler_frame) ||
                       (stack_of(t, frame) == region && frame >= s->handler_frame);
     if (!left) return;
     --t->interrupted_depth;
