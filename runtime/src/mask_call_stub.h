@@ -109,4 +109,13 @@ inline void write(uint32_t* stub, uintptr_t site, const uint32_t* view_flag) {
   stub[kBitsLiteral + 1] = uint32_t(bits >> 32);
 }
 
+// The process's stubs (mask_call_stub.cpp), for a static program's sites.
+// note_site: the svc at site is an rt_sigprocmask trapped already.
+void note_site(uintptr_t site);
+// Once every site is noted: each site within branch reach of the stubs
+// (which lie near the first) branches to its own; the others keep their trap.
+void make_stubs(const uint32_t* view_flag);
+// The site whose stub's trap word is at pc, or 0.
+uintptr_t site_of_trap(uintptr_t pc);
+
 } // namespace mask_call_stub

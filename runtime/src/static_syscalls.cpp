@@ -16,7 +16,6 @@
 
 #include "code_patch.h"
 #include "code_retire.h"
-#include "fragments.h"
 #include "mask_call_stub.h"
 #include "raw_mask_scope.h"
 #include "relaunch_command.h"
@@ -42,15 +41,6 @@ constexpr long kTrappedCalls[] = {SYS_rt_sigaction, SYS_rt_sigprocmask, SYS_prct
 constexpr int kMaxSites = 1024;
 uintptr_t sites[kMaxSites]; // sorted
 int site_count;
-// The rt_sigprocmask sites whose svc became a branch to a stub of their own
-// (mask_call_stub.h), which traps only when the runtime must see the call.
-struct mask_call_site {
-  uintptr_t site;
-  uint32_t* stub;
-};
-mask_call_site mask_calls[kMaxSites];
-int mask_call_count;
-uint32_t* mask_call_stubs;
 
 // A clone cannot be made in the runtime's handler: the new thread would
 // start there, on the stack its creator gave it, in the middle of the
@@ -96,62 +86,11 @@ bool trapped(long number) {
          std::end(kTrappedCalls);
 }
 
-bool replace_word(uint32_t* at, uint32_t word) {
-  const auto pc = reinterpret_cast<app_pc>(at);
-  const int protection = open_code_page(pc);
-  if (protection < 0) return false;
-  store_code_word(pc, word);
-  close_code_page(pc, protection);
-  return true;
-}
-
 void patch(uint32_t* svc, long number) {
-  if (site_count == kMaxSites || !replace_word(svc, kSystemCallTrap)) return;
-  sites[site_count++] = reinterpret_cast<uintptr_t>(svc);
-  if (number == SYS_rt_sigprocmask) mask_calls[mask_call_count++].site = sites[site_count - 1];
-}
-
-// Every rt_sigprocmask site within branch reach of the stubs, which lie
-// near the first, branches to its stub; the others keep their trap.
-void make_mask_call_stubs() {
-  if (mask_call_count == 0) return;
-  constexpr size_t kStubBytes = mask_call_stub::kWords * 4;
-  const size_t used = size_t(mask_call_count) * kStubBytes;
-  const size_t bytes = (used + 4095) & ~size_t(4095);
-  const auto first = reinterpret_cast<app_pc>(mask_calls[0].site);
-  auto* words = reinterpret_cast<uint32_t*>(map_code_near(bytes, first));
-  if (words == nullptr) return;
-  for (int i = 0; i < mask_call_count; ++i) {
-    uint32_t* stub = words + i * mask_call_stub::kWords;
-    mask_call_stub::write(stub, mask_calls[i].site, runtime_signal_ever_in_a_view());
-  }
-  if (mprotect(words, bytes, PROT_READ | PROT_EXEC) != 0) {
-    unmap_pages(words, bytes);
+  if (site_count == kMaxSites || !replace_code_word(reinterpret_cast<app_pc>(svc), kSystemCallTrap))
     return;
-  }
-  __builtin___clear_cache(reinterpret_cast<char*>(words), reinterpret_cast<char*>(words) + used);
-  mask_call_stubs = words;
-  for (int i = 0; i < mask_call_count; ++i) {
-    mask_call_site& m = mask_calls[i];
-    uint32_t* stub = words + i * mask_call_stub::kWords;
-    const auto site = reinterpret_cast<app_pc>(m.site);
-    if (within_branch_reach(reinterpret_cast<byte*>(stub), kStubBytes, site) &&
-        replace_word(reinterpret_cast<uint32_t*>(m.site),
-                     mask_call_stub::branch(m.site, reinterpret_cast<uintptr_t>(stub))))
-      m.stub = stub;
-  }
-}
-
-// The site whose stub's trap word is at pc, or 0.
-uintptr_t site_of_mask_call_trap(uintptr_t pc) {
-  if (mask_call_stubs == nullptr) return 0;
-  constexpr uintptr_t kStubBytes = mask_call_stub::kWords * 4;
-  const uintptr_t offset = pc - reinterpret_cast<uintptr_t>(mask_call_stubs);
-  if (offset >= static_cast<uintptr_t>(mask_call_count) * kStubBytes ||
-      offset % kStubBytes != mask_call_stub::kTrapWord * 4)
-    return 0;
-  const mask_call_site& m = mask_calls[offset / kStubBytes];
-  return m.stub != nullptr ? m.site : 0;
+  sites[site_count++] = reinterpret_cast<uintptr_t>(svc);
+  if (number == SYS_rt_sigprocmask) mask_call_stub::note_site(sites[site_count - 1]);
 }
 
 long raw_system_call(long number, const uint64_t* a) {
@@ -412,7 +351,7 @@ void trap_static_system_calls(const ElfW(Phdr) * phdr, int phnum, int vector_len
   }
   std::sort(sites, sites + site_count);
   if (site_count > 0) make_clone_trampolines();
-  make_mask_call_stubs();
+  mask_call_stub::make_stubs(runtime_signal_ever_in_a_view());
   dr_log(nullptr, DR_LOG_ALL, 1, "zorvo: %d system call sites of the program trapped\n",
          site_count);
 }
@@ -432,7 +371,7 @@ clone_return take_clone_return(ucontext_t* uc) {
 bool take_static_system_call(ucontext_t* uc, uint64_t app_tp) {
   uintptr_t pc = uc->uc_mcontext.pc;
   if (site_count == 0) return false;
-  if (const uintptr_t site = site_of_mask_call_trap(pc)) pc = site;
+  if (const uintptr_t site = mask_call_stub::site_of_trap(pc)) pc = site;
   const uintptr_t* site = std::lower_bound(sites, sites + site_count, pc);
   if (site == sites + site_count || *site != pc) return false;
   auto* x = reinterpret_cast<uint64_t*>(uc->uc_mcontext.regs);
