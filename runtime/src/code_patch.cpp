@@ -153,3 +153,11 @@ void store_code_word(app_pc at, uint32_t word) {
 void close_code_page(app_pc at, int protection) {
   if (!(protection & PROT_WRITE)) mprotect(page_of(at), page_size(), protection);
 }
+
+bool replace_code_word(app_pc at, uint32_t word) {
+  const int protection = open_code_page(at);
+  if (protection < 0) return false;
+  store_code_word(at, word);
+  close_code_page(at, protection);
+  return true;
+}

@@ -17,3 +17,6 @@ void store_code_word(app_pc at, uint32_t word);
 void mappings_changed();
 // Puts back the protection open_code_page returned.
 void close_code_page(app_pc at, int protection);
+// The three above for one word; false when its page cannot be made
+// writable.
+bool replace_code_word(app_pc at, uint32_t word);

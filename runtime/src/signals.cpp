@@ -5,6 +5,7 @@
 #include <ucontext.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 
@@ -99,6 +100,9 @@ namespace {
 // the kernel never blocks them, but the program reads back what it set.
 thread_local sigset_t app_blocked;
 constexpr int kRuntimeSignals[] = {SIGILL, SIGSEGV, SIGBUS};
+// Set for good once any thread's view holds one of them: a static program's
+// mask calls then all come to the runtime.
+std::atomic<uint32_t> runtime_signal_viewed;
 
 void add_runtime_signals_of(const sigset_t& from, sigset_t* to) {
   for (int sig : kRuntimeSignals)
@@ -114,11 +118,18 @@ void application_mask_changed(int how, const sigset_t* set_before_call, sigset_t
   if (how == SIG_SETMASK) sigemptyset(&app_blocked);
   for (int sig : kRuntimeSignals) {
     if (sigismember(set_before_call, sig) != 1) continue;
-    if (how == SIG_UNBLOCK)
+    if (how == SIG_UNBLOCK) {
       sigdelset(&app_blocked, sig);
-    else
+    } else {
       sigaddset(&app_blocked, sig);
+      runtime_signal_viewed.store(1);
+    }
   }
+}
+
+const uint32_t* runtime_signal_ever_in_a_view() {
+  static_assert(sizeof runtime_signal_viewed == sizeof(uint32_t));
+  return reinterpret_cast<const uint32_t*>(&runtime_signal_viewed);
 }
 
 void remove_runtime_signals(sigset_t* set) {

@@ -51,6 +51,9 @@ void remove_runtime_signals(sigset_t* set);
 // call, which may have overwritten it): keeps the thread's view of the
 // runtime's signals and puts it into old.
 void application_mask_changed(int how, const sigset_t* set_before_call, sigset_t* old);
+// A word that is non-zero once any thread's view has held one of the
+// runtime's signals (it stays so): until then each view is empty.
+const uint32_t* runtime_signal_ever_in_a_view();
 
 // SIGSEGV and SIGBUS. The client's handler takes a fault raised while the
 // client runs (in an emulation call or in the client's own code), and any

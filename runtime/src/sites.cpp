@@ -242,12 +242,9 @@ namespace {
 void restore_word(const site_slot* slot, app_pc site) {
   uint32_t in_memory;
   if (slot->stub == nullptr || patched_site(site, &in_memory) != slot) return;
-  const int protection = open_code_page(site);
-  if (protection < 0) return;
   uint32_t word;
   std::memcpy(&word, slot->stub + kStubTrapOffset, 4);
-  store_code_word(site, word);
-  close_code_page(site, protection);
+  replace_code_word(site, word);
 }
 
 } // namespace

@@ -16,6 +16,7 @@
 
 #include "code_patch.h"
 #include "code_retire.h"
+#include "mask_call_stub.h"
 #include "raw_mask_scope.h"
 #include "relaunch_command.h"
 #include "runtime.h"
@@ -85,14 +86,11 @@ bool trapped(long number) {
          std::end(kTrappedCalls);
 }
 
-void patch(uint32_t* svc) {
-  if (site_count == kMaxSites) return;
-  const auto at = reinterpret_cast<app_pc>(svc);
-  const int protection = open_code_page(at);
-  if (protection < 0) return;
-  store_code_word(at, kSystemCallTrap);
-  close_code_page(at, protection);
+void patch(uint32_t* svc, long number) {
+  if (site_count == kMaxSites || !replace_code_word(reinterpret_cast<app_pc>(svc), kSystemCallTrap))
+    return;
   sites[site_count++] = reinterpret_cast<uintptr_t>(svc);
+  if (number == SYS_rt_sigprocmask) mask_call_stub::note_site(sites[site_count - 1]);
 }
 
 long raw_system_call(long number, const uint64_t* a) {
@@ -345,11 +343,15 @@ void trap_static_system_calls(const ElfW(Phdr) * phdr, int phnum, int vector_len
     if (phdr[i].p_type != PT_LOAD || !(phdr[i].p_flags & PF_X)) continue;
     auto* start = reinterpret_cast<uint32_t*>(bias + phdr[i].p_vaddr);
     const size_t words = phdr[i].p_filesz / 4;
-    for (size_t w = 0; w < words; ++w)
-      if (start[w] == kSvc0 && trapped(system_call_number(start + w, start))) patch(start + w);
+    for (size_t w = 0; w < words; ++w) {
+      if (start[w] != kSvc0) continue;
+      const long number = system_call_number(start + w, start);
+      if (trapped(number)) patch(start + w, number);
+    }
   }
   std::sort(sites, sites + site_count);
   if (site_count > 0) make_clone_trampolines();
+  mask_call_stub::make_stubs(runtime_signal_ever_in_a_view());
   dr_log(nullptr, DR_LOG_ALL, 1, "zorvo: %d system call sites of the program trapped\n",
          site_count);
 }
@@ -367,8 +369,9 @@ clone_return take_clone_return(ucontext_t* uc) {
 }
 
 bool take_static_system_call(ucontext_t* uc, uint64_t app_tp) {
-  const uintptr_t pc = uc->uc_mcontext.pc;
+  uintptr_t pc = uc->uc_mcontext.pc;
   if (site_count == 0) return false;
+  if (const uintptr_t site = mask_call_stub::site_of_trap(pc)) pc = site;
   const uintptr_t* site = std::lower_bound(sites, sites + site_count, pc);
   if (site == sites + site_count || *site != pc) return false;
   auto* x = reinterpret_cast<uint64_t*>(uc->uc_mcontext.regs);
