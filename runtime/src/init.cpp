@@ -216,13 +216,15 @@ void start_client(const char* path, const char* args) {
 void print_counters() {
   dr_fprintf(our_stderr,
              "zorvo: %llu blocks built, %llu fragments, %llu signals taken, %llu fragment "
-             "entries\nzorvo: %llu SVE words translated, %llu bytes of code\n",
+             "entries\nzorvo: %llu SVE words translated, %llu bytes of code\n"
+             "zorvo: %llu system calls of the program trapped\n",
              static_cast<unsigned long long>(counters.blocks_built.load()),
              static_cast<unsigned long long>(counters.fragments.load()),
              static_cast<unsigned long long>(counters.signals.load()),
              static_cast<unsigned long long>(counters.fragment_entries.load()),
              static_cast<unsigned long long>(counters.words_translated.load()),
-             static_cast<unsigned long long>(counters.code_bytes.load()));
+             static_cast<unsigned long long>(counters.code_bytes.load()),
+             static_cast<unsigned long long>(counters.system_calls_trapped.load()));
 }
 
 // A static program's start registers this for exit, as it would the dynamic

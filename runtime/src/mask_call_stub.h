@@ -32,7 +32,8 @@
 //        .quad view_flag_address, runtime_signal_bits
 //
 // X9, X10 and the flags come back as they were, and SP is the program's at
-// the svc; the 16 bytes below SP are the ones the AArch64 ABI leaves free.
+// the svc. The stub borrows the 16 bytes below SP: a program cannot keep
+// anything there, since a signal handler may be given them at any moment.
 #pragma once
 
 #include <signal.h>

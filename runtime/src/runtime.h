@@ -13,8 +13,9 @@ struct runtime_counters {
   std::atomic<uint64_t> fragments;
   std::atomic<uint64_t> signals;
   std::atomic<uint64_t> fragment_entries;
-  std::atomic<uint64_t> words_translated; // SVE words in the fragments built
-  std::atomic<uint64_t> code_bytes;       // code cache those fragments take
+  std::atomic<uint64_t> words_translated;     // SVE words in the fragments built
+  std::atomic<uint64_t> code_bytes;           // code cache those fragments take
+  std::atomic<uint64_t> system_calls_trapped; // a static program's, by SIGILL
 };
 extern runtime_counters counters;
 

@@ -197,6 +197,7 @@ void on_sigill(int sig, siginfo_t* info, void* context) {
   const uint64_t app_tp = enter_runtime_tls();
   const int saved_errno = errno;
   if (take_static_system_call(uc, app_tp)) {
+    ++counters.system_calls_trapped;
     errno = saved_errno;
     leave_runtime_tls(app_tp);
     return;
