@@ -20,7 +20,9 @@ constexpr unsigned kImmediateInV1 = 32;
 // test of the result under Pg: N its first active element, Z none, C not
 // its last. Under an all-true Pg those are the vector's first and last
 // elements; under another one the test is gathered chunk by chunk, up to
-// kMostBytesTested; longer vectors take the call path then.
+// kMostBytesTested; longer vectors take the call path then. (Compares with
+// an immediate never get here above that length: their row is not inline
+// there, predicate_op_at_this_length refuses it.)
 bool emit_integer_compare(simd_size size, uint32_t word, uint64_t pc, integer_compare how,
                           unsigned zm, inline_code& c) {
   const unsigned pd = field(word, 3, 0), zn = field(word, 9, 5), pg = field(word, 12, 10);
@@ -185,8 +187,7 @@ bool emit_fp_compare(simd_size size, uint32_t word, bool with_zero, inline_code&
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_q(c, 0, kInlineRecord, z_offset(zn, k));
     if (!with_zero) load_q(c, 1, kInlineRecord, z_offset(zm, k));
-    load_q(c, 3, kInlineRecord, p_offset(pg, k));
-    c.put(test_v(size, 3, 3, 4));
+    load_element_mask(c, size, 3, pg, k, 4);
     c.put(and_v(0, 0, 3));
     if (!with_zero) c.put(and_v(1, 1, 3));
     compare();

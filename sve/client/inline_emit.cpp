@@ -169,7 +169,7 @@ void call_decoder(inline_code& c, sve_decoder decoder, uint32_t word, uint64_t p
   uint32_t constants[kWordCallWords] = {};
   const uint64_t decoder_address = reinterpret_cast<uint64_t>(decoder);
   std::memcpy(&constants[0], &decoder_address, 8);
-  std::memcpy(&constants[2], &pc, 8);
+  std::memcpy(&constants[kWordCallPcWord - 1], &pc, 8);
   constants[4] = word;
   for (uint32_t w : constants) c.put(w);
 }

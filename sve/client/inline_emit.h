@@ -41,6 +41,8 @@ constexpr unsigned kInlineMaxWords = 64 + 16 * (kMaxVectorBytes / kChunkBytes);
 // The words that, after a `blr` to the thin call entry, name the word to
 // emulate (the layout of word_call).
 constexpr unsigned kWordCallWords = 6;
+// Where the emulated word's address lies, in words from the `blr`.
+constexpr unsigned kWordCallPcWord = 1 + 2;
 
 struct inline_code {
   uint32_t words[kInlineMaxWords];

@@ -1,5 +1,6 @@
 #include "inline_forms.h"
 
+#include "../decode/names.h"
 #include "../decode/sve_utils.h"
 #include "inline_compare.h"
 #include "inline_memory.h"
@@ -169,15 +170,10 @@ constexpr inline_row kInlineRows[] = {
     {"VecD64CmpNEV0Z", inline_op::fcmp_v0},
 };
 
-constexpr bool same_name(const char* a, const char* b) {
-  while (*a && *a == *b) ++a, ++b;
-  return *a == *b;
-}
-
 constexpr uint8_t op_of_row(const form_entry& form) {
   // The marker of a region of interest shares its row with `add`: it
   // switches tracing, which only the call path does.
-  if (same_name(form.family, "roi_marker")) return uint8_t(inline_op::none);
+  if (names::same(form.family, "roi_marker")) return uint8_t(inline_op::none);
   uint8_t op = uint8_t(inline_op::none);
   for (const inline_row& r : kInlineRows)
     if (name_fits(r.pattern, form.decoder)) op = uint8_t(r.op);
@@ -344,8 +340,7 @@ bool emit_fp(inline_op op, simd_size size, uint32_t word, uint64_t pc, inline_co
   const unsigned at[3] = {merged == 0 ? 5u : 0u, merged == 1 ? 5u : 1u, 2};
   for (unsigned k = 0; k < vector_chunks(); ++k) {
     load_operands(k);
-    load_q(c, 3, kInlineRecord, p_offset(pg, k));
-    c.put(test_v(size, 3, 3, 4));
+    load_element_mask(c, size, 3, pg, k, 4);
     for (unsigned i = 0; i < count; ++i) c.put(and_v(at[i], i, 3));
     put_fp_operation(c, op, is_double, at[0], at[1], at[2]);
     c.put(insert_if_true_v(merged, at[0], 3));
@@ -473,8 +468,7 @@ void emit_merging(inline_op op, simd_size size, uint32_t word, inline_code& c) {
     load_q(c, 0, kInlineRecord, z_offset(select ? zm : zd, k));
     load_q(c, select ? 2 : 1, kInlineRecord, z_offset(zn, k));
     if (three) load_q(c, 6, kInlineRecord, z_offset(zm, k));
-    load_q(c, 3, kInlineRecord, p_offset(pg, k));
-    c.put(test_v(size, 3, 3, 4));
+    load_element_mask(c, size, 3, pg, k, 4);
     if (!select) put_merging_operation(c, op, size);
     c.put(insert_if_true_v(0, 2, 3));
     store_q(c, 0, kInlineRecord, z_offset(zd, k));

@@ -124,8 +124,7 @@ void partial_load(inline_code& c, const contiguous_word& w, unsigned* literals,
   to_call[1] = branch_unless_in_one_page(c, w);
   load_chunks(c, w);
   for (unsigned k = 0; k < vector_chunks(); ++k) {
-    load_q(c, 16, kInlineRecord, p_offset(w.pg, k));
-    c.put(test_v(w.size, 16, 16, 17));
+    load_element_mask(c, w.size, 16, w.pg, k, 17);
     c.put(and_v(k, k, 16));
     store_q(c, k, kInlineRecord, z_offset(w.zt, k));
   }
@@ -212,9 +211,8 @@ bool emit_contiguous(inline_op op, simd_size size, uint32_t word, uint64_t pc, i
   }
 
   for (unsigned i = 0; i < call_count; ++i) c.land(to_call[i]);
-  // The word's address is among the call's constants: past the blr and the
-  // decoder.
-  for (unsigned i = 0; i < literal_count; ++i) c.point(literals[i], c.count + 1 + 2);
+  // The word's address is among the call's constants.
+  for (unsigned i = 0; i < literal_count; ++i) c.point(literals[i], c.count + kWordCallPcWord);
   call_decoder(c, decoder, word, pc);
   c.land(to_end);
   if (to_end_partial != 0) c.land(to_end_partial);
@@ -241,7 +239,7 @@ bool emit_first_fault_load(simd_size size, uint32_t word, uint64_t pc, inline_co
   whole_vector(c, w);
   const unsigned to_end = c.put_branch(kBranch);
   for (unsigned to : to_call) c.land(to);
-  c.point(literals[0], c.count + 1 + 2); // past the blr and the decoder
+  c.point(literals[0], c.count + kWordCallPcWord);
   call_decoder(c, decoder, word, pc);
   c.land(to_end);
   return true;

@@ -72,6 +72,12 @@ unsigned pattern_elements(simd_size size, unsigned pattern) {
   }
 }
 
+void load_element_mask(inline_code& c, simd_size size, unsigned vd, unsigned pg, unsigned k,
+                       unsigned vones) {
+  load_q(c, vd, kInlineRecord, p_offset(pg, k));
+  c.put(test_v(size, vd, vd, vones));
+}
+
 unsigned branch_unless_all_true(inline_code& c, unsigned pg, simd_size size) {
   return branch_on_predicate(c, pg, size, false);
 }

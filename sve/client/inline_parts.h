@@ -91,6 +91,11 @@ enum class inline_op : uint8_t {
   while_lt,
 };
 
+// Vd: chunk k of Pg as an element mask, all ones in every active element of
+// the size; Vones holds 1 in each element's first byte.
+void load_element_mask(inline_code& c, a64::simd_size size, unsigned vd, unsigned pg, unsigned k,
+                       unsigned vones);
+
 // A branch (to be landed) taken unless every element of Pg is active, that is
 // bit 0 of each element's first predicate byte is set. X9, X10, X14, X15
 // and V2 to V5 are scratch.

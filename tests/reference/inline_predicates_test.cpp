@@ -192,4 +192,21 @@ TEST(predicate_lengths, ByteNumberedFormsStopAbove1024Bits) {
   }
 }
 
+// A compare of two vectors stays inline at every length: above 1024 bits
+// its code takes the call path when the predicate is not all true.
+TEST(predicate_lengths, VectorCompareCallsBeyond1024BitsUnderAPartialPredicate) {
+  const vector_length_scope restore_length;
+  ASSERT_TRUE(set_vector_bytes(256));
+  cpu_state s;
+  std::memset(&s, 0, sizeof s);
+  for (unsigned i = 0; i < 256; ++i) {
+    s.z[5][i] = uint8_t(i * 7);
+    s.z[6][i] = uint8_t(i * 3);
+  }
+  for (unsigned i = 2; i < 200; i += 2) s.p[1][i] = 1; // halfwords 1 to 99
+  expect_inline_as_called(0x244604b4, s);              // cmphi p4.h, p1/z, z5.h, z6.h
+  std::memset(s.p[1], 1, 256);
+  expect_inline_as_called(0x244604b4, s);
+}
+
 } // namespace
