@@ -5,7 +5,6 @@
 #include "runs.h"
 
 #include <atomic>
-#include <climits>
 #include <cstddef>
 #include <cstring>
 
@@ -22,32 +21,6 @@
 #include "transfer.h"
 
 namespace {
-
-// The decode cascade's answers, remembered for every thread: a word met in
-// one block (or by one thread) is met again in the next. Each entry is one
-// atomic 64-bit value, the word and its decoder's distance from a function of
-// this library, so that threads need no lock.
-constexpr unsigned kDecoderCacheSize = 4096;
-std::atomic<uint64_t> decoder_cache[kDecoderCacheSize];
-constexpr int32_t kNoDecoder = INT32_MIN;
-
-intptr_t decoder_base() { return reinterpret_cast<intptr_t>(&sve_prefetch_nop); }
-
-sve_decoder find_decoder(uint32_t word) {
-  std::atomic<uint64_t>& entry = decoder_cache[(word * 0x9e3779b1u) >> 20];
-  const uint64_t cached = entry.load(std::memory_order_relaxed);
-  // An empty entry (0) matches only word 0, which no decoder takes either.
-  if (cached != 0 && uint32_t(cached) == word) {
-    const int32_t offset = int32_t(cached >> 32);
-    return offset == kNoDecoder ? nullptr : reinterpret_cast<sve_decoder>(decoder_base() + offset);
-  }
-  const sve_decoder decoder = get_sve_handler(word);
-  const intptr_t offset =
-      decoder ? reinterpret_cast<intptr_t>(decoder) - decoder_base() : intptr_t{kNoDecoder};
-  if (offset >= INT32_MIN && offset <= INT32_MAX)
-    entry.store(uint64_t(uint32_t(int32_t(offset))) << 32 | word, std::memory_order_relaxed);
-  return decoder;
-}
 
 void call_routine(void* dc, instrlist_t* bb, instr_t* where, app_pc pc, void (*routine)()) {
   instrlist_insert_mov_immed_ptrsz(dc, reinterpret_cast<ptr_int_t>(routine), x(29), bb, where, NULL,
@@ -86,8 +59,6 @@ void load_trace_gate(void* dc, instrlist_t* bb, instr_t* where, app_pc pc) {
   };
   insert_words(dc, bb, where, pc, words, 3);
 }
-
-bool may_be_marker(uint32_t word) { return is_roi_marker_word(word); }
 
 // X27 gets the thread's record; the application's X26..X30 go straight into
 // it, the rest in zorvo_transfer_in.
@@ -152,7 +123,7 @@ void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder
   mark_emulation_start(dc, bb, instr, pc);
   words_called.fetch_add(1, std::memory_order_relaxed);
   const int form = find_form(word_of(instr));
-  // The decoder is the row's own: find_decoder asked the same lookup.
+  // The decoder is the row's own: rewrite_runs asked the same lookup.
   const bool thin = form >= 0 && form_is_thin(form);
   // Between calls nothing but X19 to X21 is live, so X12 is free.
   mix_insert_count(dc, bb, instr, pc, word_of(instr), DR_REG_X19, DR_REG_X12);
@@ -162,7 +133,7 @@ void call_decoder(void* dc, instrlist_t* bb, instr_t* instr, sve_decoder decoder
   instr_allocate_raw_bits(dc, data, sizeof constants);
   std::memcpy(instr_get_raw_bits(data), &constants, sizeof constants);
   insert(bb, instr, pc, data);
-  if (may_be_marker(word_of(instr))) load_trace_gate(dc, bb, instr, pc);
+  if (is_roi_marker_word(word_of(instr))) load_trace_gate(dc, bb, instr, pc);
   drmgr_insert_emulation_end(dc, bb, instr);
   instrlist_remove(bb, instr);
   instr_destroy(dc, instr);
@@ -264,7 +235,7 @@ dr_emit_flags_t rewrite_runs(void* drcontext, instrlist_t* bb) {
   app_pc run_start = NULL;
   for (instr_t* instr = instrlist_first_app(bb); instr != NULL; instr = next) {
     next = instr_get_next_app(instr);
-    const sve_decoder decoder = find_decoder(word_of(instr));
+    const sve_decoder decoder = get_sve_handler(word_of(instr));
     if (decoder == nullptr && in_run && is_loop_back(instr, run_start)) {
       const app_pc pc = instr_get_app_pc(instr);
       loop_back(drcontext, bb, instr, run_head);

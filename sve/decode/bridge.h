@@ -18,6 +18,7 @@
 #include "../generic/vector.h"
 #include "../state/vector_length.h"
 #include "decoders.h"
+#include "names.h"
 #include "operands.h"
 #include "thin.h"
 
@@ -200,13 +201,8 @@ private:
 
 // The quadword permutes and the octaword loads are undefined below 256 bits,
 // as on a processor of that length.
-constexpr bool starts_with(const char* s, const char* prefix) {
-  return *prefix == 0 || (*s == *prefix && starts_with(s + 1, prefix + 1));
-}
-constexpr bool contains(const char* s, const char* part) {
-  return *s != 0 && (starts_with(s, part) || contains(s + 1, part));
-}
 constexpr bool needs_256_bits(const char* name) {
+  using names::contains, names::starts_with;
   return (starts_with(name, "VecQ128") && !contains(name, "PMul")) || contains(name, "Dup1O") ||
          contains(name, "Dup2O") || contains(name, "Dup4O") || contains(name, "Dup8O");
 }

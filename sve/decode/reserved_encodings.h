@@ -11,6 +11,7 @@
 #include "../trace/roi_words.h"
 #include "fields.h"
 #include "immediates.h"
+#include "names.h"
 
 enum class reserved_rule : uint8_t {
   none,
@@ -25,33 +26,8 @@ enum class reserved_rule : uint8_t {
   invalid_bitmask,
 };
 
-namespace reserved_detail {
-
-constexpr bool same(const char* a, const char* b) {
-  while (*a && *a == *b) ++a, ++b;
-  return *a == *b;
-}
-constexpr bool ends_with(const char* s, const char* suffix) {
-  const char* end = s;
-  while (*end) ++end;
-  const char* tail = suffix;
-  while (*tail) ++tail;
-  if (tail - suffix > end - s) return false;
-  return same(end - (tail - suffix), suffix);
-}
-constexpr bool contains(const char* s, const char* part) {
-  for (; *s; ++s) {
-    const char *a = s, *b = part;
-    while (*b && *a == *b) ++a, ++b;
-    if (!*b) return true;
-  }
-  return false;
-}
-
-} // namespace reserved_detail
-
 constexpr reserved_rule row_reserved_rule(const char* shape, uint32_t elem, const char* name) {
-  using namespace reserved_detail;
+  using namespace names;
   if (elem == ELEM_B && ends_with(shape, "imm8_shifted"))
     return reserved_rule::byte_shifted_immediate;
   if (ends_with(shape, "bitmask")) return reserved_rule::invalid_bitmask;
@@ -62,8 +38,7 @@ constexpr reserved_rule row_reserved_rule(const char* shape, uint32_t elem, cons
 
 // Prefetch rows carry no shape; the scalar-plus-scalar ones end in "LSS".
 constexpr reserved_rule prefetch_reserved_rule(const char* name) {
-  return reserved_detail::ends_with(name, "LSS") ? reserved_rule::offset_register_31
-                                                 : reserved_rule::none;
+  return names::ends_with(name, "LSS") ? reserved_rule::offset_register_31 : reserved_rule::none;
 }
 
 constexpr bool word_is_reserved(reserved_rule rule, uint32_t word) {

@@ -23,16 +23,14 @@ const decode_map_info kMaps[kDecodeMapCount] = {
 };
 
 struct form {
-  uint8_t map;
   bool thin; // a thin decoder: it calls a fast handler and cannot fail
-  int32_t key;
   sve_decoder decoder;
 };
 
 const form kForms[] = {
-#define THIN(family, map, key, name, shape, elem, handler, mnemonic) {MAP_##map, true, key, name},
-#define BRIDGE(family, map, key, name, shape, elem, mnemonic) {MAP_##map, false, key, name},
-#define EMPTY(map, key, name, mnemonic) {MAP_##map, false, key, sve_prefetch_nop},
+#define THIN(family, map, key, name, shape, elem, handler, mnemonic) {true, name},
+#define BRIDGE(family, map, key, name, shape, elem, mnemonic) {false, name},
+#define EMPTY(map, key, name, mnemonic) {false, sve_prefetch_nop},
 #include "forms.inc"
 };
 static_assert(sizeof(kForms) / sizeof(kForms[0]) == kFormCount);

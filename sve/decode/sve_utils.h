@@ -77,20 +77,12 @@ constexpr uint32_t layout_value(const map_layout& l, int32_t key) {
   return value;
 }
 
-// ---- For tools and tests; the running system needs none of it. ----
-
 enum decode_map_id : uint8_t {
 #define X(suffix) MAP_##suffix,
   ZORVO_DECODE_MAPS(X)
 #undef X
       kDecodeMapCount
 };
-
-struct decode_map_info {
-  const char* name; // "decode_map__31_13"
-  map_layout layout;
-};
-const decode_map_info* decode_maps();
 
 // The rows of forms.inc, counted.
 constexpr int kFormCount = 0
@@ -99,6 +91,14 @@ constexpr int kFormCount = 0
 #define EMPTY(...) +1
 #include "forms.inc"
     ;
+
+// ---- For tools and tests; the running system needs none of it. ----
+
+struct decode_map_info {
+  const char* name; // "decode_map__31_13"
+  map_layout layout;
+};
+const decode_map_info* decode_maps();
 
 // The fixed-bit mask and value of a row's pattern.
 inline uint32_t row_mask(const decode_map_info& m) { return layout_mask(m.layout); }

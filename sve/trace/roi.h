@@ -23,7 +23,7 @@ extern ZORVO_STATIC_TLS sve_mem_ref_t trace_roi;
 // still sends its record.
 void roi_marker(bool start);
 
-// The one place that recognises the markers: carries out a marker word and
-// leaves any other alone. The decoder of the byte add-immediate asks it
+// Carries out a marker word (roi_words.h recognises them) and leaves any
+// other alone. The decoder of the byte add-immediate asks it
 // before its handler runs the add.
 void roi_check_marker(uint32_t word);
