@@ -285,7 +285,7 @@ fragment* build_fragment(rt_thread* t, app_pc tag) {
 }
 
 byte* fragment_for(rt_thread* t, app_pc tag, bool may_build, bool link, bool* none) {
-  code_lock held;
+  code_lock held{code_lock::signals_blocked};
   seen_outside_fragments(t);
   *none = false;
   fragment* f = find_fragment(tag);

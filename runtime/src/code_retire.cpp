@@ -31,9 +31,13 @@ code_lock::code_lock() {
   while (lock.test_and_set(std::memory_order_acquire)) sched_yield();
 }
 
+code_lock::code_lock(signals_blocked_t) : restore_(false) {
+  while (lock.test_and_set(std::memory_order_acquire)) sched_yield();
+}
+
 code_lock::~code_lock() {
   lock.clear(std::memory_order_release);
-  syscall(SYS_rt_sigprocmask, SIG_SETMASK, &saved_, nullptr, 8);
+  if (restore_) syscall(SYS_rt_sigprocmask, SIG_SETMASK, &saved_, nullptr, 8);
 }
 
 void register_thread(rt_thread* t) {

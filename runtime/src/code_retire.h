@@ -15,12 +15,17 @@
 class code_lock {
 public:
   code_lock();
+  // For the SIGILL handler, whose action blocks every signal already.
+  struct signals_blocked_t {};
+  static constexpr signals_blocked_t signals_blocked{};
+  explicit code_lock(signals_blocked_t);
   ~code_lock();
   code_lock(const code_lock&) = delete;
   code_lock& operator=(const code_lock&) = delete;
 
 private:
   sigset_t saved_;
+  bool restore_ = true;
 };
 
 // The thread joins or leaves the set whose progress decides when a retired

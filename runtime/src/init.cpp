@@ -257,14 +257,12 @@ void thread_exiting() {
 // The process the runtime's state belongs to; a vfork child shares it.
 pid_t owner;
 
-void fork_child() {
+} // namespace
+
+void process_forked() {
   owner = getpid();
   run_fork_child();
 }
-
-} // namespace
-
-void process_forked() { fork_child(); }
 
 namespace {
 
@@ -306,7 +304,7 @@ __attribute__((constructor)) void runtime_start() {
   hooks.ending_without_exit_handlers = process_ending;
   hooks.fork_prepare = run_fork_prepare;
   hooks.fork_parent = run_fork_parent;
-  hooks.fork_child = fork_child;
+  hooks.fork_child = process_forked;
   hooks.code_unmapped = [](void* start, size_t length) {
     retire_code(static_cast<app_pc>(start), static_cast<app_pc>(start) + length);
   };

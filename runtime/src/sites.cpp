@@ -111,6 +111,7 @@ byte* reserve_stub(app_pc site) {
 // A retired site's number that no thread can be using, with its stub when
 // that is within reach of site; false when none is free.
 bool reuse_number(app_pc site, uint32_t* number, byte** stub) {
+  if (free_number_count == 0) return false;
   const uint64_t oldest_seen = retirements_every_thread_is_past();
   uint32_t pick = free_number_count;
   for (uint32_t i = free_number_count; i-- > 0 && free_number_count - i <= 64;) {
@@ -137,7 +138,12 @@ bool reuse_number(app_pc site, uint32_t* number, byte** stub) {
 const site_slot* patch_site(rt_thread* t, site_slot* table, app_pc site) {
   uint32_t number;
   byte* reused = nullptr;
-  if (!reuse_number(site, &number, &reused)) number = site_count++;
+  if (!reuse_number(site, &number, &reused)) {
+    // Every free number may still wait for a thread: then a full table
+    // leaves the site on the signal path.
+    if (site_count == kMaxSites) return nullptr;
+    number = site_count++;
+  }
   const int protection = open_code_page(site);
   // Code on a page that is writable already may be rewritten with nothing
   // the runtime sees (a store and a cache clean): its blocks stay on the

@@ -26,9 +26,9 @@
 
 namespace {
 
-constexpr uint32_t kSvc0 = 0xd4000001;
-// udf #0x5a43: the trap that stands in for a patched svc.
-constexpr uint32_t kSystemCallTrap = 0x00005a43;
+constexpr uint32_t kSvc0 = mask_call_stub::word::kSvc0;
+// The trap that stands in for a patched svc; a mask call's stub ends in it.
+constexpr uint32_t kSystemCallTrap = mask_call_stub::kTrap;
 // How far before the svc the number is looked for, within straight-line
 // code.
 constexpr int kNumberSearchWords = 16;
